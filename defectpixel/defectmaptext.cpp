@@ -1,0 +1,72 @@
+#include "defectmaptext.h"
+
+#include <QIODevice>
+#include <QString>
+#include <QTextStream>
+#include <QVector>
+
+#include <algorithm>
+
+#include <cstdint>
+#include <limits>
+
+namespace {
+
+constexpr int kFieldsPerLine = 3;
+
+bool parseField(const QStringRef& text, uint32_t& value)
+{
+    bool ok = false;
+    const qlonglong number = text.toLongLong(&ok, 10);
+    if (!ok || number < std::numeric_limits<int32_t>::min() || number > std::numeric_limits<uint32_t>::max())
+        return false;
+    value = uint32_t(number);
+    return true;
+}
+
+} // namespace
+
+QByteArray defectMapToText(const t_defpix* map, unsigned int count)
+{
+    QByteArray text;
+    if (!map)
+        return text;
+    // "4294967295;4294967295;4294967295\n" is the longest line.
+    text.reserve(int(std::min<qint64>(qint64(count) * 33, std::numeric_limits<int>::max())));
+    for (unsigned int i = 0; i < count; ++i) {
+        text += QByteArray::number(map[i].x);
+        text += ';';
+        text += QByteArray::number(map[i].y);
+        text += ';';
+        text += QByteArray::number(map[i].type);
+        text += '\n';
+    }
+    return text;
+}
+
+bool parseDefectMapLine(const QStringRef& line, t_defpix& entry)
+{
+    const QStringRef trimmed = line.trimmed();
+    if (trimmed.isEmpty() || trimmed.startsWith(QLatin1Char('#')))
+        return false;
+    const QVector<QStringRef> parts = trimmed.split(QLatin1Char(';'));
+    if (parts.size() != kFieldsPerLine)
+        return false;
+    t_defpix parsed;
+    if (!parseField(parts[0], parsed.x) || !parseField(parts[1], parsed.y) || !parseField(parts[2], parsed.type))
+        return false;
+    entry = parsed;
+    return true;
+}
+
+bool readDefectMapText(QIODevice& device, DefectMapWriter& writer)
+{
+    QTextStream stream(&device);
+    QString line;
+    while (stream.readLineInto(&line)) {
+        t_defpix entry;
+        if (parseDefectMapLine(QStringRef(&line), entry))
+            writer.add(entry.x, entry.y, entry.type);
+    }
+    return stream.status() == QTextStream::Ok && stream.atEnd();
+}
