@@ -8,6 +8,16 @@ namespace {
 constexpr int kGridSize = 5;
 constexpr int kListsPerPattern = 6;
 
+// A value as the file would give it back. Right after the settings store wrote
+// the defaults the object still holds them as set, e.g. the code as a number,
+// which would otherwise convert to an empty list.
+QStringList asStringList(const QVariant& value)
+{
+    if (value.userType() != QMetaType::QStringList && value.canConvert<QString>())
+        return QStringList{value.toString()};
+    return value.toStringList();
+}
+
 } // namespace
 
 void DefectMatchPatterns::setupDefMatchSettings(QSettings* settings)
@@ -28,7 +38,7 @@ void DefectMatchPatterns::setupDefMatchSettings(QSettings* settings)
         QVector<QStringList> lists;
         lists.reserve(kListsPerPattern);
         for (const QString& key : keys)
-            lists.append(settings->value(key).toStringList());
+            lists.append(asStringList(settings->value(key)));
         m_patterns.append(compile(lists));
         settings->endGroup();
     }
