@@ -6,7 +6,6 @@
 #include <QVector>
 
 #include <algorithm>
-
 #include <cstdint>
 #include <limits>
 
@@ -22,6 +21,17 @@ bool parseField(const QStringRef& text, uint32_t& value)
         return false;
     value = uint32_t(number);
     return true;
+}
+
+// False for a line that gives no entry.
+bool parseLine(const QString& line, t_defpix& entry)
+{
+    const QStringRef trimmed = QStringRef(&line).trimmed();
+    if (trimmed.isEmpty() || trimmed.startsWith(QLatin1Char('#')))
+        return false;
+    const QVector<QStringRef> parts = trimmed.split(QLatin1Char(';'));
+    return parts.size() == kFieldsPerLine && parseField(parts[0], entry.x) && parseField(parts[1], entry.y)
+           && parseField(parts[2], entry.type);
 }
 
 } // namespace
@@ -44,28 +54,13 @@ QByteArray defectMapToText(const t_defpix* map, unsigned int count)
     return text;
 }
 
-bool parseDefectMapLine(const QStringRef& line, t_defpix& entry)
-{
-    const QStringRef trimmed = line.trimmed();
-    if (trimmed.isEmpty() || trimmed.startsWith(QLatin1Char('#')))
-        return false;
-    const QVector<QStringRef> parts = trimmed.split(QLatin1Char(';'));
-    if (parts.size() != kFieldsPerLine)
-        return false;
-    t_defpix parsed;
-    if (!parseField(parts[0], parsed.x) || !parseField(parts[1], parsed.y) || !parseField(parts[2], parsed.type))
-        return false;
-    entry = parsed;
-    return true;
-}
-
 bool readDefectMapText(QIODevice& device, DefectMapWriter& writer)
 {
     QTextStream stream(&device);
     QString line;
     while (stream.readLineInto(&line)) {
         t_defpix entry;
-        if (parseDefectMapLine(QStringRef(&line), entry))
+        if (parseLine(line, entry))
             writer.add(entry.x, entry.y, entry.type);
     }
     return stream.status() == QTextStream::Ok && stream.atEnd();

@@ -5,21 +5,17 @@
 #include <QByteArray>
 
 class QIODevice;
-class QStringRef;
 
 // The text form of a map: one line "x;y;type\n" per entry, in map order, each
 // number in unsigned decimal. An empty map is an empty text.
 QByteArray defectMapToText(const t_defpix* map, unsigned int count);
 
-// Parses one line of a map file. Accepts more than the writer produces: the line
-// is trimmed; blank lines and lines starting with "#" are skipped; otherwise it
-// must have exactly three ";"-separated parts, each a base-10 integer from
-// -2^31 to 2^32 - 1. Negative numbers become their unsigned 32-bit value, so a
-// hand-written -1 reads as 4294967295. False for a line that gives no entry.
-bool parseDefectMapLine(const QStringRef& line, t_defpix& entry);
-
 // Reads map lines from the device to its end and adds each accepted entry
 // through the writer: a position already in the map keeps its first entry and
-// entries beyond the capacity are dropped, silently. True when the device was
-// read to its end.
+// entries beyond the capacity are dropped, silently. Accepts more than the
+// writer produces: lines are trimmed; blank lines and lines starting with "#"
+// are skipped; any other line must have exactly three ";"-separated parts, each
+// a base-10 integer from -2^31 to 2^32 - 1, or it is skipped. Negative numbers
+// become their unsigned 32-bit value (a hand-written -1 reads as 4294967295).
+// True when the device was read to its end.
 bool readDefectMapText(QIODevice& device, DefectMapWriter& writer);
