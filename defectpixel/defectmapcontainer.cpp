@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <limits>
+#include <new>
 
 namespace {
 
@@ -59,7 +60,12 @@ std::vector<unsigned char> buildDefPixContainerBuffer(unsigned int revision, ge3
         return {};
     const uint32_t size = kDefPixContainerHeaderSize + uint32_t(count) * entrySize;
 
-    std::vector<unsigned char> buffer(size, 0);
+    std::vector<unsigned char> buffer;
+    try {
+        buffer.resize(size);
+    } catch (const std::bad_alloc&) {
+        return {};
+    }
     unsigned char* data = buffer.data();
     writeWord(data, Magic * 4, kDefPixContainerMagic);
     writeWord(data, Size * 4, size);

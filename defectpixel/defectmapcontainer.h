@@ -23,8 +23,8 @@ uint32_t defPixContainerWordSum(const unsigned char* data, size_t size);
 
 // Packs a map into the container a camera map slot holds: header, one chunk
 // header, the entries, with a checksum that makes the word sum 0. Host byte order.
-// Empty when the map is null while count is not 0, or when the container would
-// not fit its 32-bit size field.
+// Empty when the map is null while count is not 0, when the container would
+// not fit its 32-bit size field or when there is no memory for it.
 std::vector<unsigned char> buildDefPixContainerBuffer(unsigned int revision, ge3_chunk_id_t chunkId,
                                                       unsigned long count, const t_defpix* map,
                                                       unsigned int imageWidth,
