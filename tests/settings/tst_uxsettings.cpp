@@ -1,0 +1,289 @@
+#include "uxsettings.h"
+
+#include <QtTest>
+
+#include <memory>
+
+// Every test starts from its own empty home, as on a first start.
+class TestUXCSettings : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+
+    void firstStartLaysOutFoldersAndMainFile();
+    void firstStartWritesColourProfiles();
+    void firstStartWritesPatternTable();
+    void secondStartReplacesBrokenDirectories_data();
+    void secondStartReplacesBrokenDirectories();
+    void secondStartWorksInsideSettingsGroup();
+    void missingProfileFileIsRecreatedAlone();
+    void startUpSurvivesBadFiles_data();
+    void startUpSurvivesBadFiles();
+    void directoryProbeLeavesNothingBehind();
+    void userMapGroupsNest();
+
+private:
+    std::unique_ptr<UXCSettings> start() { return std::unique_ptr<UXCSettings>(new UXCSettings); }
+    QString configDir() const { return m_home->path() + "/.qttest/config/Corvane Optics Technologies/UxTools"; }
+    QString dataDir() const { return m_home->path() + "/Documents/UxTools"; }
+    QString configFile(const QString& name) const { return configDir() + '/' + name; }
+
+    std::unique_ptr<QTemporaryDir> m_home;
+};
+
+namespace {
+
+const QStringList kDirKeys = {"SaveImageDir", "SettingsFileDir", "SPSettingsFileDir",
+                              "PDCSettingsFileDir", "SHCSettingsFileDir", "fileAccessFileDir"};
+
+QByteArray readAll(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool append(const QString& path, const QByteArray& text)
+{
+    QFile file(path);
+    return file.open(QIODevice::Append) && file.write(text) == text.size();
+}
+
+} // namespace
+
+void TestUXCSettings::initTestCase()
+{
+    QStandardPaths::setTestModeEnabled(true);
+}
+
+void TestUXCSettings::init()
+{
+    m_home = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_home->isValid());
+    QVERIFY(QDir(m_home->path()).mkdir("Documents"));
+    qputenv("HOME", m_home->path().toLocal8Bit());
+}
+
+void TestUXCSettings::firstStartLaysOutFoldersAndMainFile()
+{
+    auto store = start();
+    QCOMPARE(store->ConfigDir(), configDir());
+    QCOMPARE(store->DataDir(), dataDir());
+    for (const QString& folder : {store->DataDir(), store->ImagesDir(), store->LogsDir(),
+                                  store->ShadingCorrectionDir(), store->DefectCorrectionDir(),
+                                  store->FileAccessDir()})
+        QVERIFY2(QFileInfo(folder).isDir(), qPrintable(folder));
+    QCOMPARE(store->ShadingCorrectionDir(), dataDir() + "/ShadingCorr");
+    QCOMPARE(store->DefectCorrectionDir(), dataDir() + "/DefectPixelCorr");
+
+    QSettings file(configFile("UxTools.ini"), QSettings::IniFormat);
+    QCOMPARE(file.allKeys().size(), 10);
+    QCOMPARE(file.value("MainWindow/OffsetX").toInt(), 0);
+    QCOMPARE(file.value("MainWindow/OffsetY").toInt(), 0);
+    QCOMPARE(file.value("MainWindow/Width").toInt(), 800);
+    QCOMPARE(file.value("MainWindow/Height").toInt(), 600);
+    for (const QString& key : kDirKeys)
+        QCOMPARE(file.value("Directory/" + key).toString(), dataDir());
+
+    // A store that created its file works at the top level.
+    QCOMPARE(store->Get("MainWindow", "Width").toInt(), 800);
+    store->Set("Directory", "SaveImageDir", "/somewhere");
+    QCOMPARE(store->Get("Directory", "SaveImageDir").toString(), QString("/somewhere"));
+    QCOMPARE(store->Get("Directory", "NoSuchKey", 7).toInt(), 7);
+}
+
+void TestUXCSettings::firstStartWritesColourProfiles()
+{
+    start();
+    QSettings file(configFile("ccprofiles.ini"), QSettings::IniFormat);
+    QCOMPARE(file.childGroups(), QStringList({"Profile SRGB", "Profile SRGB Weighted"}));
+
+    const QRegularExpression colour("^#[0-9a-f]{6}$");
+    for (int i = 0; i < 24; ++i) {
+        const QString key = QString("%1").arg(i, 2, 10, QChar('0'));
+        const QStringList plain = file.value("Profile SRGB/" + key).toStringList();
+        const QStringList weighted = file.value("Profile SRGB Weighted/" + key).toStringList();
+        QCOMPARE(plain.size(), 2);
+        QCOMPARE(weighted.size(), 2);
+        QVERIFY2(colour.match(plain[0]).hasMatch(), qPrintable(plain[0]));
+        QCOMPARE(weighted[0], plain[0]);
+        QCOMPARE(plain[1], QString("1"));
+    }
+    file.beginGroup("Profile SRGB Weighted");
+    QCOMPARE(file.childKeys().size(), 24);
+    QCOMPARE(file.value("00").toStringList(), QStringList({"#745143", "0.2176"}));
+    QCOMPARE(file.value("15").toStringList(), QStringList({"#eec614", "1.033"}));
+    QCOMPARE(file.value("17").toStringList(), QStringList({"#0088aa", "0.3921"}));
+    QCOMPARE(file.value("23").toStringList(), QStringList({"#313133", "0.06659"}));
+}
+
+void TestUXCSettings::firstStartWritesPatternTable()
+{
+    auto store = start();
+    QSettings* patterns = store->GetDeffMatchSettings();
+    QVERIFY(patterns);
+    QCOMPARE(patterns->fileName(), configFile("deffmatch.ini"));
+
+    QSettings file(configFile("deffmatch.ini"), QSettings::IniFormat);
+    const QStringList groups = file.childGroups();
+    QCOMPARE(groups.size(), 34);
+    QCOMPARE(groups.first(), QString("DefMatch00"));
+    QCOMPARE(groups.last(), QString("DefMatch33"));
+    const QStringList dontCare({"-1", "-1", "-1", "-1", "-1"});
+    for (const QString& group : groups) {
+        file.beginGroup(group);
+        QCOMPARE(file.childKeys(), QStringList({"a", "b", "c", "d", "e", "f"}));
+        QCOMPARE(file.value("a").toStringList(), dontCare);
+        QCOMPARE(file.value("e").toStringList(), dontCare);
+        file.endGroup();
+    }
+    QCOMPARE(file.value("DefMatch05/c").toStringList(), QStringList({"-1", "0", "1", "1", "-1"}));
+    QCOMPARE(file.value("DefMatch05/f").toInt(), 112);
+    QCOMPARE(file.value("DefMatch16/d").toStringList(), QStringList({"-1", "-1", "1", "0", "-1"}));
+    QCOMPARE(file.value("DefMatch33/c").toStringList(), QStringList({"0", "1", "1", "1", "0"}));
+    QCOMPARE(file.value("DefMatch33/f").toInt(), 113);
+}
+
+void TestUXCSettings::secondStartReplacesBrokenDirectories_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("broken");
+    QTest::addColumn<QString>("fallbackFolder");
+
+    QTest::newRow("missing image folder") << "SaveImageDir" << "missing" << "UxTools";
+    QTest::newRow("image folder is a file") << "SaveImageDir" << "file" << "UxTools";
+    QTest::newRow("empty settings folder") << "SettingsFileDir" << "" << "UxTools";
+    QTest::newRow("missing defect folder") << "PDCSettingsFileDir" << "missing" << "UxTools";
+    QTest::newRow("missing shading folder") << "SHCSettingsFileDir" << "missing" << "ShadingCorr";
+}
+
+void TestUXCSettings::secondStartReplacesBrokenDirectories()
+{
+    QFETCH(QString, key);
+    QFETCH(QString, broken);
+    QFETCH(QString, fallbackFolder);
+
+    start();
+    const QString good = m_home->path() + "/good";
+    QVERIFY(QDir().mkdir(good));
+    QString brokenPath = broken.isEmpty() ? QString() : m_home->path() + '/' + broken;
+    if (broken == "file")
+        QVERIFY(append(brokenPath, "x"));
+    {
+        QSettings file(configFile("UxTools.ini"), QSettings::IniFormat);
+        for (const QString& other : kDirKeys)
+            file.setValue("Settings/Directory/" + other, good);
+        file.setValue("Settings/Directory/" + key, brokenPath);
+    }
+
+    auto store = start();
+    QSettings file(configFile("UxTools.ini"), QSettings::IniFormat);
+    const QString fallback = fallbackFolder == "UxTools" ? store->DataDir() : store->ShadingCorrectionDir();
+    QCOMPARE(file.value("Settings/Directory/" + key).toString(), fallback);
+    for (const QString& other : kDirKeys) {
+        if (other != key)
+            QCOMPARE(file.value("Settings/Directory/" + other).toString(), good);
+    }
+}
+
+void TestUXCSettings::secondStartWorksInsideSettingsGroup()
+{
+    start();
+    auto store = start();
+
+    // The keys that the first start wrote at the top level are out of reach now.
+    QCOMPARE(store->Get("MainWindow", "Width", -1).toInt(), -1);
+    QCOMPARE(store->Get("Directory", "SaveImageDir").toString(), store->DataDir());
+    // The first start wrote no keys inside "Settings", so all five fall back.
+    QCOMPARE(store->Get("Directory", "SHCSettingsFileDir").toString(), store->ShadingCorrectionDir());
+    QVERIFY(!store->Get("Directory", "fileAccessFileDir").isValid());
+
+    store->Set("Directory", "SaveImageDir", "/images");
+    store.reset();
+    QSettings file(configFile("UxTools.ini"), QSettings::IniFormat);
+    QCOMPARE(file.value("Settings/Directory/SaveImageDir").toString(), QString("/images"));
+    QCOMPARE(file.value("Directory/SaveImageDir").toString(), dataDir());
+    QCOMPARE(file.value("MainWindow/Width").toInt(), 800);
+}
+
+void TestUXCSettings::missingProfileFileIsRecreatedAlone()
+{
+    start();
+    QVERIFY(append(configFile("UxTools.ini"), "\n[Kept]\nmarker=1\n"));
+    QVERIFY(append(configFile("deffmatch.ini"), "\n[Kept]\nmarker=1\n"));
+    const QByteArray patterns = readAll(configFile("deffmatch.ini"));
+    QVERIFY(QFile::remove(configFile("ccprofiles.ini")));
+
+    start();
+    QSettings profiles(configFile("ccprofiles.ini"), QSettings::IniFormat);
+    QCOMPARE(profiles.childGroups(), QStringList({"Profile SRGB", "Profile SRGB Weighted"}));
+    QCOMPARE(readAll(configFile("deffmatch.ini")), patterns);
+    QSettings main(configFile("UxTools.ini"), QSettings::IniFormat);
+    QCOMPARE(main.value("Kept/marker").toInt(), 1);
+    QCOMPARE(main.value("MainWindow/Height").toInt(), 600);
+}
+
+void TestUXCSettings::startUpSurvivesBadFiles_data()
+{
+    QTest::addColumn<QString>("damage");
+    QTest::newRow("main file is a folder") << "folder";
+    QTest::newRow("main file is binary garbage") << "garbage";
+    QTest::newRow("no documents folder") << "no documents";
+}
+
+void TestUXCSettings::startUpSurvivesBadFiles()
+{
+    QFETCH(QString, damage);
+    static const char garbage[] = "[\x01\xff\x00]=\n\xfe[[";
+    if (damage == "no documents") {
+        QVERIFY(QDir(m_home->path()).rmdir("Documents"));
+    } else if (damage == "folder") {
+        QVERIFY(QDir().mkpath(configFile("UxTools.ini")));
+    } else {
+        QVERIFY(QDir().mkpath(configDir()));
+        QVERIFY(append(configFile("UxTools.ini"), QByteArray(garbage, sizeof garbage - 1)));
+    }
+
+    auto store = start();
+    QCOMPARE(store->Get("Directory", "NoSuchKey", "fallback").toString(), QString("fallback"));
+    store->Set("Directory", "SaveImageDir", "/x");
+    QCOMPARE(store->GetDeffMatchSettings()->childGroups().size(), 34);
+}
+
+void TestUXCSettings::directoryProbeLeavesNothingBehind()
+{
+    auto store = start();
+    const QString folder = m_home->path() + "/probe";
+    QVERIFY(QDir().mkdir(folder));
+    const QStringList before = QDir(m_home->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+
+    QVERIFY(store->_validateDir(folder));
+    QVERIFY(!store->_validateDir(folder + "/missing"));
+    QCOMPARE(QDir(m_home->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), before);
+    QVERIFY(QDir(folder).isEmpty());
+
+    QVERIFY(store->_isKeyValid("SaveImageDir", folder));
+    QVERIFY(!store->_isKeyValid("saveimagedir", folder));
+    QVERIFY(!store->_isKeyValid("fileAccessFileDir", folder));
+    QVERIFY(!store->_isKeyValid("SaveImageDir", QVariant()));
+}
+
+void TestUXCSettings::userMapGroupsNest()
+{
+    auto store = start();
+    store->_createUserMapSettings();
+    store.reset();
+
+    QSettings file(configFile("ccprofiles.ini"), QSettings::IniFormat);
+    const QStringList zeros({"0", "0", "0"});
+    QString group;
+    for (int i = 0; i < 5; ++i) {
+        group += QString("nuc_usermap%1.ge3/").arg(i);
+        QCOMPARE(file.value(group + "Exposure, Gain, Temperature").toStringList(), zeros);
+    }
+    QCOMPARE(file.childGroups(), QStringList({"Profile SRGB", "Profile SRGB Weighted", "nuc_usermap0.ge3"}));
+}
+
+QTEST_GUILESS_MAIN(TestUXCSettings)
+#include "tst_uxsettings.moc"
