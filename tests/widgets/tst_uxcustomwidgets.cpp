@@ -1,0 +1,94 @@
+#include "uxcustomwidgets.h"
+
+#include <QtTest>
+
+class TestUXCCustomWidgets : public QObject {
+    Q_OBJECT
+
+private slots:
+    void pixmapFitsLabelKeepingAspect();
+    void pixmapFollowsResize();
+    void nullImageClears();
+    void heightFollowsImageAspect_data();
+    void heightFollowsImageAspect();
+    void clickableLabelReportsPresses();
+};
+
+void TestUXCCustomWidgets::pixmapFitsLabelKeepingAspect()
+{
+    UXCPixmapLabel label;
+    label.resize(200, 200);
+    QImage image(1000, 500, QImage::Format_Grayscale8);
+    image.fill(7);
+    label.setImage(image);
+
+    const QPixmap shown = label.pixmap(Qt::ReturnByValue);
+    QCOMPARE(shown.size(), QSize(200, 100));
+    QCOMPARE(shown.devicePixelRatio(), 1.0);
+    QCOMPARE(label.getImage(), image);
+}
+
+void TestUXCCustomWidgets::pixmapFollowsResize()
+{
+    UXCPixmapLabel label;
+    label.resize(200, 200);
+    label.setImage(QImage(1000, 500, QImage::Format_RGB32));
+    label.show();
+    label.resize(100, 300);
+    QCOMPARE(label.pixmap(Qt::ReturnByValue).size(), QSize(100, 50));
+    QCOMPARE(label.sizeHint(), QSize(100, 50));
+    QCOMPARE(label.getImage().size(), QSize(1000, 500));
+}
+
+void TestUXCCustomWidgets::nullImageClears()
+{
+    UXCPixmapLabel label;
+    label.resize(50, 50);
+    label.setImage(QImage(10, 10, QImage::Format_RGB32));
+    QVERIFY(!label.pixmap(Qt::ReturnByValue).isNull());
+
+    label.setImage(QImage());
+    QVERIFY(label.pixmap(Qt::ReturnByValue).isNull());
+    QVERIFY(label.getImage().isNull());
+    QVERIFY(label.scaledPixmap().isNull());
+}
+
+void TestUXCCustomWidgets::heightFollowsImageAspect_data()
+{
+    QTest::addColumn<QSize>("imageSize");
+    QTest::addColumn<int>("width");
+    QTest::addColumn<int>("height");
+
+    QTest::newRow("half as high") << QSize(1000, 500) << 300 << 150;
+    QTest::newRow("fraction truncated") << QSize(3, 2) << 10 << 6;
+    QTest::newRow("taller than wide") << QSize(2, 7) << 3 << 10;
+}
+
+void TestUXCCustomWidgets::heightFollowsImageAspect()
+{
+    QFETCH(QSize, imageSize);
+    QFETCH(int, width);
+    QFETCH(int, height);
+
+    UXCPixmapLabel label;
+    label.setImage(QImage(imageSize, QImage::Format_RGB32));
+    QCOMPARE(label.heightForWidth(width), height);
+}
+
+void TestUXCCustomWidgets::clickableLabelReportsPresses()
+{
+    UXCClickableLabel label;
+    QSignalSpy clicked(&label, &UXCClickableLabel::clicked);
+    QTest::mousePress(&label, Qt::LeftButton);
+    QCOMPARE(clicked.count(), 1);
+    QTest::mouseRelease(&label, Qt::LeftButton);
+    QCOMPARE(clicked.count(), 1);
+
+    QVERIFY(label.hasMouseTracking());
+    QEvent enter(QEvent::Enter);
+    QCoreApplication::sendEvent(&label, &enter);
+    QCOMPARE(label.cursor().shape(), Qt::PointingHandCursor);
+}
+
+QTEST_MAIN(TestUXCCustomWidgets)
+#include "tst_uxcustomwidgets.moc"
