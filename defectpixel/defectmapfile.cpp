@@ -70,7 +70,7 @@ bool loadDefectMapFile(const QString& fileName, t_defpix* map, unsigned int capa
                        unsigned int revision, ge3_chunk_id_t chunkId, const DefectMatchPatterns& patterns,
                        QString& rememberedDir)
 {
-    if (!map || capacity == 0)
+    if (!map || capacity == 0 || count > capacity)
         return false;
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text))

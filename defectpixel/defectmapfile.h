@@ -36,7 +36,7 @@ bool saveDefectMapFile(const QString& typedName, const t_defpix* map, unsigned i
 // Adds the entries of a text map file to the map, with the duplicate and capacity
 // rules of DefectMapWriter, then classifies the map when the camera takes
 // correction codes (revision 4 or chunk id 4100). False for a null map, a capacity
-// of 0 or a file that cannot be opened or read to its end. On success the file's
+// of 0 or below the count, or a file that cannot be opened or read to its end. On success the file's
 // folder becomes the remembered one.
 bool loadDefectMapFile(const QString& fileName, t_defpix* map, unsigned int capacity, unsigned int& count,
                        unsigned int revision, ge3_chunk_id_t chunkId, const DefectMatchPatterns& patterns,

@@ -219,6 +219,8 @@ void TestDefectMapFile::loadRefusesWithoutMapOrFile()
     QString remembered = "unchanged";
     QVERIFY(!loadDefectMapFile(m_dir->filePath("map.txt"), nullptr, 2, count, 0, 0, m_defaults, remembered));
     QVERIFY(!loadDefectMapFile(m_dir->filePath("map.txt"), map, 0, count, 0, 0, m_defaults, remembered));
+    unsigned int tooMany = 3;
+    QVERIFY(!loadDefectMapFile(m_dir->filePath("map.txt"), map, 2, tooMany, 0, 0, m_defaults, remembered));
     QVERIFY(!loadDefectMapFile(m_dir->filePath("missing.txt"), map, 2, count, 0, 0, m_defaults, remembered));
     QVERIFY(!loadDefectMapFile(QString(), map, 2, count, 0, 0, m_defaults, remembered));
     QCOMPARE(count, 0u);
