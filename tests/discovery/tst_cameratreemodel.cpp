@@ -1,0 +1,176 @@
+#include "CameraTreeModel.h"
+
+#include <QAbstractItemModelTester>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+
+CameraInfoMap camera(const QString& transportLayer, const QString& interfaceId, const QString& id, bool fullAccess = true)
+{
+    return CameraInfoMap{{"Extended ID", transportLayer + "::" + id}, {"Camera ID", id},
+                         {"Model Name", "M"}, {"Camera Name", "Cam " + id}, {"Serial No.", "S" + id},
+                         {"Interface", interfaceId}, {"Transport Layer", transportLayer},
+                         {"TL Path", "/opt/" + transportLayer + ".cti"}, {"Full Access", fullAccess}};
+}
+
+const QVector<CameraInfoMap> kCameras = {camera("GigE", "eth0", "1"), camera("GigE", "eth0", "2"),
+                                         camera("USB", "eth0", "3"), camera("GigE", "eth1", "4")};
+
+// The tree as display texts, children in brackets.
+QString dump(const QAbstractItemModel& model, const QModelIndex& parent = QModelIndex())
+{
+    QStringList rows;
+    for (int row = 0; row < model.rowCount(parent); ++row) {
+        const QModelIndex index = model.index(row, 0, parent);
+        QString text = index.data().toString();
+        if (model.rowCount(index) > 0)
+            text += '[' + dump(model, index) + ']';
+        rows << text;
+    }
+    return rows.join(',');
+}
+
+} // namespace
+
+// Every test runs under the model tester, which checks the model's consistency
+// after each change.
+class TestCameraTreeModel : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void emptyListGivesOneColumnAndNoRows();
+    void groupsByTransportLayerAndInterface_data();
+    void groupsByTransportLayerAndInterface();
+    void removalPrunesEmptyBranches();
+    void onlyCamerasWithFullAccessAreEnabled();
+    void headerAndToolTips();
+
+private:
+    std::unique_ptr<CameraTreeModel> m_model;
+    std::unique_ptr<QAbstractItemModelTester> m_tester;
+};
+
+void TestCameraTreeModel::init()
+{
+    m_model = std::make_unique<CameraTreeModel>();
+    m_tester = std::make_unique<QAbstractItemModelTester>(
+        m_model.get(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+}
+
+void TestCameraTreeModel::cleanup()
+{
+    m_tester.reset();
+    m_model.reset();
+}
+
+void TestCameraTreeModel::emptyListGivesOneColumnAndNoRows()
+{
+    QCOMPARE(m_model->rowCount(), 0);
+    QCOMPARE(m_model->columnCount(), 1);
+    m_model->Init(kCameras);
+    m_model->Init({});
+    QCOMPARE(m_model->rowCount(), 0);
+    QCOMPARE(m_model->columnCount(), 1);
+}
+
+void TestCameraTreeModel::groupsByTransportLayerAndInterface_data()
+{
+    QTest::addColumn<bool>("hotPlug");
+    QTest::newRow("refresh") << false;
+    QTest::newRow("hot-plug") << true;
+}
+
+void TestCameraTreeModel::groupsByTransportLayerAndInterface()
+{
+    QFETCH(bool, hotPlug);
+    if (hotPlug) {
+        for (const CameraInfoMap& info : kCameras)
+            m_model->OnCameraAdded(info);
+        // Reported again by a refresh that overlapped the plug event.
+        m_model->OnCameraAdded(kCameras[0]);
+    } else {
+        m_model->Init(kCameras);
+    }
+    QCOMPARE(dump(*m_model), QString("GigE[eth0[M-S1(1),M-S2(2)],eth1[M-S4(4)]],USB[eth0[M-S3(3)]]"));
+}
+
+void TestCameraTreeModel::removalPrunesEmptyBranches()
+{
+    m_model->Init(kCameras);
+    QSignalSpy removed(m_model.get(), &QAbstractItemModel::rowsRemoved);
+
+    m_model->OnCameraRemoved(camera("GigE", "eth0", "9"));
+    m_model->OnCameraRemoved(CameraInfoMap{{"Camera Name", "no ID"}});
+    QCOMPARE(removed.count(), 0);
+
+    m_model->OnCameraRemoved(camera("GigE", "eth0", "1"));
+    QCOMPARE(dump(*m_model), QString("GigE[eth0[M-S2(2)],eth1[M-S4(4)]],USB[eth0[M-S3(3)]]"));
+    m_model->OnCameraRemoved(camera("GigE", "eth0", "2"));
+    QCOMPARE(dump(*m_model), QString("GigE[eth1[M-S4(4)]],USB[eth0[M-S3(3)]]"));
+
+    removed.clear();
+    m_model->OnCameraRemoved(CameraInfoMap{{"Extended ID", "USB::3"}, {"Camera Name", "Cam 3"}});
+    QCOMPARE(dump(*m_model), QString("GigE[eth1[M-S4(4)]]"));
+    QCOMPARE(removed.count(), 1);
+    QCOMPARE(removed[0][0].value<QModelIndex>(), QModelIndex());
+    QCOMPARE(removed[0][1].toInt(), 1);
+
+    m_model->OnCameraRemoved(camera("GigE", "eth1", "4"));
+    QCOMPARE(m_model->rowCount(), 0);
+}
+
+void TestCameraTreeModel::onlyCamerasWithFullAccessAreEnabled()
+{
+    m_model->Init({camera("GigE", "eth0", "1", false), camera("GigE", "eth0", "2")});
+    const QModelIndex transportLayer = m_model->index(0, 0);
+    const QModelIndex interfaceRow = m_model->index(0, 0, transportLayer);
+    const QModelIndex held = m_model->index(0, 0, interfaceRow);
+    const QModelIndex free = m_model->index(1, 0, interfaceRow);
+
+    QCOMPARE(m_model->flags(transportLayer) & Qt::ItemIsSelectable, Qt::NoItemFlags);
+    QCOMPARE(m_model->flags(interfaceRow) & Qt::ItemIsSelectable, Qt::NoItemFlags);
+    QCOMPARE(m_model->flags(held), Qt::ItemIsSelectable);
+    QCOMPARE(m_model->flags(free), Qt::ItemIsSelectable | Qt::ItemIsEnabled);
+    QCOMPARE(m_model->flags(QModelIndex()), Qt::NoItemFlags);
+
+    QSignalSpy changed(m_model.get(), &QAbstractItemModel::dataChanged);
+    m_model->OnCameraAccessChanged(CameraInfoMap{{"Extended ID", "GigE::1"}, {"Full Access", true}});
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(changed[0][0].value<QModelIndex>(), held);
+    QCOMPARE(m_model->flags(held), Qt::ItemIsSelectable | Qt::ItemIsEnabled);
+    m_model->OnCameraAccessChanged(CameraInfoMap{{"Extended ID", "GigE::7"}, {"Full Access", true}});
+    QCOMPARE(changed.count(), 1);
+}
+
+void TestCameraTreeModel::headerAndToolTips()
+{
+    QVERIFY(!m_model->headerData(0, Qt::Horizontal).isValid());
+    QCOMPARE(m_model->headerData(1, Qt::Horizontal).toString(), QString("Camera Name"));
+    QCOMPARE(m_model->headerData(7, Qt::Horizontal).toString(), QString("TL Path"));
+    QVERIFY(!m_model->headerData(8, Qt::Horizontal).isValid());
+    QVERIFY(!m_model->headerData(1, Qt::Vertical).isValid());
+
+    m_model->Init({camera("GigE", "eth0", "1")});
+    const QModelIndex transportLayer = m_model->index(0, 0);
+    const QModelIndex interfaceRow = m_model->index(0, 0, transportLayer);
+    const QModelIndex cameraRow = m_model->index(0, 0, interfaceRow);
+    QCOMPARE(transportLayer.data(Qt::ToolTipRole).toString(), QString("<B>TL Path</B>: /opt/GigE.cti<BR>"));
+    QCOMPARE(interfaceRow.data(Qt::ToolTipRole).toString(), QString("<B>Interface</B>: eth0<BR>"));
+    QCOMPARE(cameraRow.data(Qt::ToolTipRole).toString(),
+             QString("<B>Camera Name</B>: Cam 1<BR><B>Camera ID</B>: 1<BR><B>Serial No.</B>: S1<BR>"
+                     "<B>Full Access</B>: true<BR><B>Extended ID</B>: GigE::1<BR>"
+                     "<B>Interface</B>: eth0<BR><B>TL Path</B>: /opt/GigE.cti<BR>"));
+    QCOMPARE(cameraRow.siblingAtColumn(1).data().toString(), QString("Cam 1"));
+
+    QCOMPARE(m_model->GetCameraExtId(cameraRow), QString("GigE::1"));
+    QCOMPARE(m_model->GetCameraName(cameraRow), QString("Cam 1"));
+    QVERIFY(m_model->GetCameraExtId(QModelIndex()).isEmpty());
+}
+
+QTEST_GUILESS_MAIN(TestCameraTreeModel)
+#include "tst_cameratreemodel.moc"
