@@ -1,21 +1,130 @@
 #include "sim/simcontrol.h"
 
+#include "sim/simworld.h"
+
 namespace ZebCPP {
 namespace SimControl {
 
-const char* DefaultCameraSet() { return "{}"; }
-ZebErrorType PlugCamera(const std::string&) { return ZebErrorNotImplemented; }
-ZebErrorType UnplugCamera(const std::string&) { return ZebErrorNotImplemented; }
-ZebErrorType ReplugCamera(const std::string&) { return ZebErrorNotImplemented; }
-ZebErrorType SetPermittedAccess(const std::string&, AccessModeType) { return ZebErrorNotImplemented; }
-ZebErrorType SetStreaming(const std::string&, bool) { return ZebErrorNotImplemented; }
-ZebErrorType InjectFault(const std::string&, FaultKind, uint32_t, ZebErrorType) { return ZebErrorNotImplemented; }
-ZebErrorType DisconnectAfterBytes(const std::string&, uint64_t) { return ZebErrorNotImplemented; }
-ZebErrorType ClearFaults(const std::string&) { return ZebErrorNotImplemented; }
-const char* DefectKindName(DefectKind) { return ""; }
-ZebErrorType GetDefects(const std::string&, std::vector<SimDefect>&) { return ZebErrorNotImplemented; }
-ZebErrorType GetStoredMap(const std::string&, uint32_t, std::vector<SimMapEntry>&) { return ZebErrorNotImplemented; }
-ZebErrorType GetDeviceFile(const std::string&, const std::string&, std::vector<uint8_t>&) { return ZebErrorNotImplemented; }
+namespace {
+
+// The world of the running SDK, or why there is none.
+ZebErrorType world(std::shared_ptr<SimWorld>& out)
+{
+    out = SimWorld::current();
+    return out ? ZebErrorSuccess : ZebErrorNoTransportLayer;
+}
+
+template <typename Call>
+ZebErrorType onCamera(const std::string& name, Call&& call)
+{
+    try {
+        std::shared_ptr<SimWorld> w;
+        const ZebErrorType err = world(w);
+        if (err != ZebErrorSuccess)
+            return err;
+        const std::shared_ptr<SimCamera> camera = w->find(name);
+        return camera ? call(*camera) : ZebErrorNotFound;
+    } catch (...) {
+        return ZebErrorInternalFault;
+    }
+}
+
+} // namespace
+
+const char* DefaultCameraSet()
+{
+    return simDefaultCameraSetJson();
+}
+
+ZebErrorType PlugCamera(const std::string& cameraJson)
+{
+    try {
+        std::shared_ptr<SimWorld> w;
+        const ZebErrorType err = world(w);
+        if (err != ZebErrorSuccess)
+            return err;
+        SimCameraDescription description;
+        if (!parseSimCamera(cameraJson, description, nullptr))
+            return ZebErrorBadParameter;
+        return w->plug(description);
+    } catch (...) {
+        return ZebErrorInternalFault;
+    }
+}
+
+ZebErrorType UnplugCamera(const std::string& camera)
+{
+    std::shared_ptr<SimWorld> w;
+    const ZebErrorType err = world(w);
+    return err == ZebErrorSuccess ? w->unplug(camera) : err;
+}
+
+ZebErrorType ReplugCamera(const std::string& camera)
+{
+    std::shared_ptr<SimWorld> w;
+    const ZebErrorType err = world(w);
+    return err == ZebErrorSuccess ? w->replug(camera) : err;
+}
+
+ZebErrorType SetPermittedAccess(const std::string& camera, AccessModeType access)
+{
+    return onCamera(camera, [&](SimCamera& c) { return c.setPermittedAccess(access); });
+}
+
+ZebErrorType SetStreaming(const std::string& camera, bool streaming)
+{
+    return onCamera(camera, [&](SimCamera& c) { return c.setStreaming(streaming); });
+}
+
+ZebErrorType InjectFault(const std::string& camera, FaultKind kind, uint32_t nth, ZebErrorType code)
+{
+    if (nth == 0 || code == ZebErrorSuccess || kind < FaultKind::FeatureRead || kind > FaultKind::Close)
+        return ZebErrorBadParameter;
+    return onCamera(camera, [&](SimCamera& c) { return c.injectFault(kind, nth, code); });
+}
+
+ZebErrorType DisconnectAfterBytes(const std::string& camera, uint64_t bytes)
+{
+    return onCamera(camera, [&](SimCamera& c) { return c.disconnectAfterBytes(bytes); });
+}
+
+ZebErrorType ClearFaults(const std::string& camera)
+{
+    return onCamera(camera, [&](SimCamera& c) { return c.clearFaults(); });
+}
+
+const char* DefectKindName(DefectKind kind)
+{
+    switch (kind) {
+    case DefectKind::Hot:
+        return "hot";
+    case DefectKind::Dead:
+        return "dead";
+    case DefectKind::Stuck:
+        return "stuck";
+    case DefectKind::Cluster:
+        return "cluster";
+    }
+    return "";
+}
+
+ZebErrorType GetDefects(const std::string& camera, std::vector<SimDefect>& defects)
+{
+    return onCamera(camera, [&](SimCamera& c) {
+        defects = c.defects();
+        return ZebErrorSuccess;
+    });
+}
+
+ZebErrorType GetStoredMap(const std::string& camera, uint32_t slot, std::vector<SimMapEntry>& entries)
+{
+    return onCamera(camera, [&](SimCamera& c) { return c.storedMap(slot, entries); });
+}
+
+ZebErrorType GetDeviceFile(const std::string& camera, const std::string& fileName, std::vector<uint8_t>& content)
+{
+    return onCamera(camera, [&](SimCamera& c) { return c.deviceFile(fileName, content); });
+}
 
 } // namespace SimControl
 } // namespace ZebCPP

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "sim/simcontrol.h"
+#include "sim/simdescription.h"
+
+#include <vector>
+
+namespace ZebCPP {
+
+// The image sensor of a simulated camera: a uniform scene over a dark level, with
+// temporal noise and defect pixels seeded from a fixed seed. Defects lie at least
+// 16 pixels apart, so that each stands alone in a 21 x 21 neighbourhood, and are
+// strong enough for an absolute test of 16 grey levels on dark frames and a
+// relative test of 12 % on bright frames.
+class SimSensor {
+public:
+    explicit SimSensor(const SimSensorDescription& description);
+
+    uint32_t width() const { return d_.width; }
+    uint32_t height() const { return d_.height; }
+    bool isColor() const { return d_.colorFilter != "None"; }
+    const std::vector<SimControl::SimDefect>& defects() const { return defects_; }
+
+    // One 8-bit frame; the same frame index gives the same frame. light is in
+    // percent of full light, exposure in microseconds (10000 = reference).
+    std::vector<uint8_t> frame(uint64_t frameIndex, double exposureUs, double lightPercent) const;
+
+private:
+    struct Defect {
+        uint32_t index;  // y * width + x
+        SimControl::DefectKind kind;
+        double level;    // dark-current excess (hot, cluster) or stuck value
+    };
+
+    void seedDefects();
+    bool placeable(uint32_t x, uint32_t y, uint32_t length) const;
+    void add(uint32_t x, uint32_t y, SimControl::DefectKind kind, double level);
+    double response(uint32_t x, uint32_t y) const;
+
+    SimSensorDescription d_;
+    std::vector<SimControl::SimDefect> defects_;
+    std::vector<Defect> pixels_;
+};
+
+} // namespace ZebCPP
