@@ -1,0 +1,367 @@
+#include "defectpixelparams.h"
+
+#include "exactdivider.h"
+#include "parallelrows.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <new>
+
+namespace {
+
+// Below this many pixels per band a helper thread costs more than it saves.
+constexpr uint64_t kMinPixelsPerBand = 1 << 17;
+
+constexpr int kRadius = 10;
+constexpr uint32_t kWindow = 2 * kRadius + 1;
+// Rows y - 11 ... y + 10 of row averages are alive while the column window moves.
+constexpr uint32_t kRingRows = kWindow + 1;
+
+unsigned char* allocateZeroed(size_t size)
+{
+    unsigned char* buffer = new (std::nothrow) unsigned char[size];
+    if (buffer)
+        std::memset(buffer, 0, size);
+    return buffer;
+}
+
+// True when the image holds the size * bytesPerPixel bytes that the
+// contiguous addressing of a width * height run reads or writes.
+bool coversRun(const QImage& image, size_t size, size_t bytesPerPixel)
+{
+    return size == 0 || (image.depth() >= 8 && size_t(image.sizeInBytes()) >= size * bytesPerPixel);
+}
+
+bool overlaps(const unsigned char* a, size_t aSize, const unsigned char* b, size_t bSize)
+{
+    return a < b + bSize && b < a + aSize;
+}
+
+// --- accumulation ---------------------------------------------------------
+
+struct UpdateRun {
+    unsigned char* mean;
+    const unsigned char* image;
+    unsigned char* remainder;
+    bool rgb32;
+    int weight;
+    uint32_t oldCount;
+    uint32_t count;
+};
+
+// Grey value of a 4-byte pixel times weight, truncated as the single-precision
+// average of the first three bytes; Wide converts through 64 bits for weights
+// whose product leaves the int range, and wraps into 32 bits like the sum does.
+template <typename Wide>
+void rgb32Contributions(const unsigned char* pixels, size_t length, int weight, uint32_t* out)
+{
+    const float factor = float(weight);
+    for (size_t j = 0; j < length; ++j) {
+        const unsigned char* px = pixels + 4 * j;
+        const float grey = float(px[0] + px[1] + px[2]) / 3.0f;
+        out[j] = uint32_t(Wide(grey * factor));
+    }
+}
+
+void updateRange(const UpdateRun& run, size_t begin, size_t end)
+{
+    constexpr size_t kChunk = 2048;
+    uint32_t contribution[kChunk];
+    const ExactDivider divider(run.count);
+    const uint32_t oldCount = run.oldCount;
+    const uint32_t count = run.count;
+    const bool wideRgb = std::abs(int64_t(run.weight)) > (1 << 23);
+
+    for (size_t chunk = begin; chunk < end; chunk += kChunk) {
+        const size_t length = std::min(kChunk, end - chunk);
+        // The contributions are read before any mean byte of the chunk is
+        // written, which keeps a mean that shares its bytes with the image exact.
+        if (!run.rgb32) {
+            const unsigned char* bytes = run.image + chunk;
+            const uint32_t weight = uint32_t(run.weight);
+            for (size_t j = 0; j < length; ++j)
+                contribution[j] = bytes[j] * weight;
+        } else if (wideRgb) {
+            rgb32Contributions<int64_t>(run.image + 4 * chunk, length, run.weight, contribution);
+        } else {
+            rgb32Contributions<int32_t>(run.image + 4 * chunk, length, run.weight, contribution);
+        }
+
+        unsigned char* mean = run.mean + chunk;
+        unsigned char* remainder = run.remainder + chunk;
+        for (size_t j = 0; j < length; ++j) {
+            const uint32_t s = remainder[j] + mean[j] * oldCount + contribution[j];
+            const uint32_t quotient = divider.divide(s);
+            mean[j] = static_cast<unsigned char>(quotient);
+            remainder[j] = static_cast<unsigned char>(s - quotient * count);
+        }
+    }
+}
+
+// --- local threshold ------------------------------------------------------
+
+struct WindowDividers {
+    WindowDividers()
+    {
+        for (uint32_t size = 1; size <= kWindow; ++size)
+            bySize[size] = WindowDivider(size);
+    }
+    WindowDivider bySize[kWindow + 1];
+};
+
+const WindowDividers& windowDividers()
+{
+    static const WindowDividers dividers;
+    return dividers;
+}
+
+// Average of row[x - 10 ... x + 10] clipped to the row, for x in [from, to).
+void clippedRowAverages(const unsigned char* row, uint32_t width, uint32_t from, uint32_t to,
+                        unsigned char* out)
+{
+    const WindowDividers& dividers = windowDividers();
+    for (uint32_t x = from; x < to; ++x) {
+        const uint32_t first = x >= uint32_t(kRadius) ? x - kRadius : 0;
+        const uint32_t last = std::min(width - 1, x + kRadius);
+        uint16_t sum = 0;
+        for (uint32_t k = first; k <= last; ++k)
+            sum = uint16_t(sum + row[k]);
+        out[x] = uint8_t(dividers.bySize[last - first + 1].divide(sum));
+    }
+}
+
+void rowAverages(const unsigned char* row, uint32_t width, unsigned char* out)
+{
+    if (width < kWindow) {
+        clippedRowAverages(row, width, 0, width, out);
+        return;
+    }
+    clippedRowAverages(row, width, 0, kRadius, out);
+    const WindowDivider full = windowDividers().bySize[kWindow];
+    // Every interior window is whole; summing the 21 bytes per column keeps the
+    // loop free of a carried dependency, so it vectorises.
+    const uint32_t interiorEnd = width - kRadius;
+    for (uint32_t x = kRadius; x < interiorEnd; ++x) {
+        const unsigned char* window = row + x - kRadius;
+        uint16_t sum = 0;
+        for (uint32_t k = 0; k < kWindow; ++k)
+            sum = uint16_t(sum + window[k]);
+        out[x] = uint8_t(full.divide(sum));
+    }
+    clippedRowAverages(row, width, interiorEnd, width, out);
+}
+
+// Per local average m, the largest distance |v - m| that is not flagged, clipped
+// to -1 (every pixel flagged) ... 255 (none flagged); beyond those bounds the
+// test v < m - t || v > m + t gives the same answer for 8-bit values.
+struct Margins {
+    int16_t byAverage[256];
+};
+
+int16_t clipMargin(int64_t margin)
+{
+    return int16_t(std::clamp<int64_t>(margin, -1, 255));
+}
+
+Margins absoluteMargins(int32_t threshold)
+{
+    Margins margins;
+    std::fill(std::begin(margins.byAverage), std::end(margins.byAverage), clipMargin(threshold));
+    return margins;
+}
+
+Margins relativeMargins(int32_t percent)
+{
+    Margins margins;
+    const double fraction = double(percent) * 0.01;
+    for (int m = 0; m < 256; ++m) {
+        // Truncation toward zero; clamped first so that it stays defined.
+        const double margin = std::clamp(fraction * m, -1024.0, 1024.0);
+        margins.byAverage[m] = clipMargin(int64_t(margin));
+    }
+    return margins;
+}
+
+struct ThresholdRun {
+    const unsigned char* mean;
+    unsigned char* mask;
+    uint32_t width;
+    uint32_t height;
+    const Margins* margins;
+    bool uniformMargin; // absolute test: one margin for every average
+};
+
+void testRow(const unsigned char* values, const uint16_t* columnSums, WindowDivider divider,
+             const ThresholdRun& run, unsigned char* mask)
+{
+    const uint32_t width = run.width;
+    if (run.uniformMargin) {
+        const int16_t margin = run.margins->byAverage[0];
+        if (margin < 0 || margin > 254) {
+            std::memset(mask, margin < 0 ? 255 : 0, width);
+            return;
+        }
+        const uint8_t limit = uint8_t(margin);
+        for (uint32_t x = 0; x < width; ++x) {
+            const uint8_t m = uint8_t(divider.divide(columnSums[x]));
+            const uint8_t v = values[x];
+            const uint8_t distance = uint8_t(v > m ? v - m : m - v);
+            mask[x] = distance > limit ? 255 : 0;
+        }
+        return;
+    }
+    const int16_t* margins = run.margins->byAverage;
+    for (uint32_t x = 0; x < width; ++x) {
+        const uint8_t m = uint8_t(divider.divide(columnSums[x]));
+        const uint8_t v = values[x];
+        const int16_t distance = int16_t(v > m ? v - m : m - v);
+        mask[x] = distance > margins[m] ? 255 : 0;
+    }
+}
+
+// Row averages of rows y - 10 ... y + 10 summed per column in a running sum,
+// so the image is walked row by row; each band of rows keeps its own window.
+bool thresholdBand(const ThresholdRun& run, uint32_t firstRow, uint32_t endRow)
+{
+    const uint32_t width = run.width;
+    const uint32_t height = run.height;
+    std::unique_ptr<unsigned char[]> ring(new (std::nothrow) unsigned char[size_t(kRingRows + 1) * width]);
+    std::unique_ptr<uint16_t[]> columnSums(new (std::nothrow) uint16_t[width]);
+    if (!ring || !columnSums)
+        return false;
+    unsigned char* noRow = ring.get() + size_t(kRingRows) * width;
+    std::memset(noRow, 0, width);
+    std::memset(columnSums.get(), 0, width * sizeof(uint16_t));
+
+    auto averagesOf = [&](uint32_t y) { return ring.get() + size_t(y % kRingRows) * width; };
+    auto enterRow = [&](uint32_t y) {
+        rowAverages(run.mean + size_t(y) * width, width, averagesOf(y));
+        return averagesOf(y);
+    };
+
+    const uint32_t windowTop = firstRow >= uint32_t(kRadius) ? firstRow - kRadius : 0;
+    const uint32_t windowBottom = std::min(height - 1, firstRow + kRadius);
+    uint16_t* sums = columnSums.get();
+    for (uint32_t y = windowTop; y <= windowBottom; ++y) {
+        const unsigned char* entering = enterRow(y);
+        for (uint32_t x = 0; x < width; ++x)
+            sums[x] = uint16_t(sums[x] + entering[x]);
+    }
+
+    const WindowDividers& dividers = windowDividers();
+    for (uint32_t y = firstRow; y < endRow; ++y) {
+        if (y > firstRow) {
+            const unsigned char* entering = y + kRadius < height ? enterRow(y + kRadius) : noRow;
+            const unsigned char* leaving = y > uint32_t(kRadius) ? averagesOf(y - kRadius - 1) : noRow;
+            for (uint32_t x = 0; x < width; ++x)
+                sums[x] = uint16_t(sums[x] + entering[x] - leaving[x]);
+        }
+        const uint32_t top = y >= uint32_t(kRadius) ? y - kRadius : 0;
+        const uint32_t bottom = std::min(height - 1, y + kRadius);
+        testRow(run.mean + size_t(y) * width, sums, dividers.bySize[bottom - top + 1], run,
+                run.mask + size_t(y) * width);
+    }
+    return true;
+}
+
+} // namespace
+
+DefectPixelParams::~DefectPixelParams()
+{
+    clear();
+}
+
+void DefectPixelParams::clear()
+{
+    delete[] defectMask;
+    delete[] remainder;
+    defectMask = nullptr;
+    remainder = nullptr;
+    m_maskSize = 0;
+    m_remainderSize = 0;
+    count = 0;
+}
+
+bool DefectPixelParams::update(QImage& mean, QImage& image, int weight)
+{
+    if (mean.size() != image.size())
+        return false;
+    const bool rgb32 = image.format() == QImage::Format_RGB32;
+    const size_t size = size_t(mean.width()) * size_t(mean.height());
+    if (!coversRun(mean, size, 1) || !coversRun(image, size, rgb32 ? 4 : 1))
+        return false;
+
+    if (weight == 1) {
+        ++count;
+    } else if (weight == -1) {
+        if (count == 0) {
+            clear();
+            return true;
+        }
+        --count;
+    }
+    if (count == 0) {
+        clear();
+        return true;
+    }
+
+    if (remainder && m_remainderSize != size) {
+        delete[] remainder;
+        remainder = nullptr;
+    }
+    if (!remainder) {
+        remainder = allocateZeroed(size);
+        if (!remainder)
+            return false;
+        m_remainderSize = size;
+    }
+    if (size == 0)
+        return true;
+
+    // bits() first: it may copy a shared mean, and the image may be that same object.
+    UpdateRun run{mean.bits(), image.constBits(), remainder, rgb32, weight, count - uint32_t(weight), count};
+    const size_t width = size_t(mean.width());
+    auto work = [&run, width](uint32_t firstRow, uint32_t endRow) {
+        updateRange(run, firstRow * width, endRow * width);
+    };
+    // A mean that shares bytes with the image must be walked in order.
+    if (overlaps(run.mean, size, run.image, size * (rgb32 ? 4 : 1)))
+        work(0, uint32_t(mean.height()));
+    else
+        forEachRowBand(uint32_t(mean.height()), uint32_t(width), kMinPixelsPerBand, work);
+    return true;
+}
+
+bool DefectPixelParams::localThreshold(const QImage& mean, bool absolute)
+{
+    if (mean.isNull())
+        return false;
+    const uint32_t width = uint32_t(mean.width());
+    const uint32_t height = uint32_t(mean.height());
+    const size_t size = size_t(width) * height;
+    if (!coversRun(mean, size, 1))
+        return false;
+
+    if (defectMask && m_maskSize < size) {
+        delete[] defectMask;
+        defectMask = nullptr;
+    }
+    if (!defectMask) {
+        defectMask = allocateZeroed(size);
+        if (!defectMask)
+            return false;
+        m_maskSize = size;
+    }
+
+    const Margins margins = absolute ? absoluteMargins(absoluteThreshold) : relativeMargins(relativeThreshold);
+    const ThresholdRun run{mean.constBits(), defectMask, width, height, &margins, absolute};
+    std::atomic<bool> complete{true};
+    forEachRowBand(height, width, kMinPixelsPerBand, [&run, &complete](uint32_t firstRow, uint32_t endRow) {
+        if (!thresholdBand(run, firstRow, endRow))
+            complete = false;
+    });
+    return complete;
+}

@@ -1,0 +1,331 @@
+#include "defectpixelparams.h"
+#include "exactdivider.h"
+
+#include <QtTest>
+
+#include <random>
+#include <vector>
+
+namespace {
+
+// Plain per-pixel accumulation with one integer division per pixel.
+struct ReferenceSeries {
+    std::vector<unsigned char> mean, remainder;
+    uint32_t count = 0;
+
+    explicit ReferenceSeries(size_t size) : mean(size, 0), remainder(size, 0) {}
+
+    void update(const QImage& image, int weight)
+    {
+        if (weight == 1)
+            ++count;
+        else if (weight == -1 && count-- == 0)
+            count = 0;
+        if (count == 0) {
+            std::fill(remainder.begin(), remainder.end(), 0);
+            return;
+        }
+        const uint32_t oldCount = count - uint32_t(weight);
+        for (size_t i = 0; i < mean.size(); ++i) {
+            uint32_t contribution;
+            if (image.format() == QImage::Format_RGB32) {
+                const uchar* px = image.constBits() + 4 * i;
+                contribution = uint32_t(int(float(px[0] + px[1] + px[2]) / 3.0f * float(weight)));
+            } else {
+                contribution = image.constBits()[i] * uint32_t(weight);
+            }
+            const uint32_t s = remainder[i] + mean[i] * oldCount + contribution;
+            mean[i] = uchar(s / count);
+            remainder[i] = uchar(s - (s / count) * count);
+        }
+    }
+};
+
+// Direct 21 x 21 window, truncated after the row and after the column average.
+std::vector<unsigned char> referenceMask(const QImage& mean, bool absolute, int threshold)
+{
+    const int w = mean.width(), h = mean.height();
+    const uchar* p = mean.constBits();
+    std::vector<int> rows(size_t(w) * h);
+    for (int y = 0; y < h; ++y)
+        for (int x = 0; x < w; ++x) {
+            int sum = 0, n = 0;
+            for (int k = std::max(0, x - 10); k <= std::min(w - 1, x + 10); ++k, ++n)
+                sum += p[y * w + k];
+            rows[y * w + x] = sum / n;
+        }
+    std::vector<unsigned char> mask(size_t(w) * h);
+    for (int y = 0; y < h; ++y)
+        for (int x = 0; x < w; ++x) {
+            int sum = 0, n = 0;
+            for (int k = std::max(0, y - 10); k <= std::min(h - 1, y + 10); ++k, ++n)
+                sum += rows[k * w + x];
+            const int64_t m = sum / n, v = p[y * w + x];
+            const int64_t t = absolute ? threshold : int64_t(double(threshold) * 0.01 * double(m));
+            mask[y * w + x] = (v < m - t || v > m + t) ? 255 : 0;
+        }
+    return mask;
+}
+
+// Random bytes around a level, so thresholds land on and beside the noise.
+QImage randomImage(int width, int height, QImage::Format format, std::mt19937& random, int level = 128,
+                   int spread = 128)
+{
+    QImage image(width, height, format);
+    std::uniform_int_distribution<int> noise(std::max(0, level - spread), std::min(255, level + spread));
+    for (qsizetype i = 0; i < image.sizeInBytes(); ++i)
+        image.bits()[i] = uchar(noise(random));
+    return image;
+}
+
+QByteArray bytesOf(const unsigned char* data, size_t size)
+{
+    return QByteArray(reinterpret_cast<const char*>(data), int(size));
+}
+
+QImage grey(int width, int height, int value)
+{
+    QImage image(width, height, QImage::Format_Indexed8);
+    image.fill(uint(value));
+    return image;
+}
+
+} // namespace
+
+class TestDefectPixelParams : public QObject {
+    Q_OBJECT
+
+private slots:
+    void exactDividerOverReachableSums();
+    void windowDividerOverEveryBoxSum();
+    void updateMatchesPlainDivision_data();
+    void updateMatchesPlainDivision();
+    void addingAndRemovingInAnyOrderRestoresMean();
+    void tenAndElevenGiveRemainderOne();
+    void removingLastOrFromEmptySeriesFreesBuffers();
+    void rgb32ContributesSinglePrecisionAverage();
+    void meanSharingBytesWithImage();
+    void sizeMismatchChangesNothing();
+    void localThresholdMatchesDirectWindow_data();
+    void localThresholdMatchesDirectWindow();
+    void marginBoundaryIsNotFlagged();
+};
+
+void TestDefectPixelParams::exactDividerOverReachableSums()
+{
+    // With weight +-1 a sum lies in -255 ... 255 * (count + 2), taken modulo 2^32.
+    for (uint32_t d = 1; d <= 300; ++d) {
+        const ExactDivider divider(d);
+        for (uint32_t n = 0; n <= 255 * (d + 2); ++n)
+            QCOMPARE(divider.divide(n), n / d);
+        for (uint32_t n = uint32_t(-256); n != 0; ++n)
+            QCOMPARE(divider.divide(n), n / d);
+    }
+    std::mt19937 random(7);
+    for (int i = 0; i < 200000; ++i) {
+        const uint32_t d = std::max<uint32_t>(1, random() >> (random() % 32));
+        const uint32_t n = random();
+        QCOMPARE(ExactDivider(d).divide(n), n / d);
+    }
+}
+
+void TestDefectPixelParams::windowDividerOverEveryBoxSum()
+{
+    for (uint32_t d = 1; d <= 21; ++d) {
+        const WindowDivider divider(d);
+        for (uint32_t n = 0; n <= WindowDivider::maxSum; ++n)
+            QCOMPARE(divider.divide(uint16_t(n)), n / d);
+    }
+}
+
+void TestDefectPixelParams::updateMatchesPlainDivision_data()
+{
+    QTest::addColumn<int>("format");
+    QTest::addColumn<int>("width");
+    QTest::addColumn<int>("height");
+    QTest::addColumn<int>("images");
+    for (auto format : {QImage::Format_Indexed8, QImage::Format_Grayscale8, QImage::Format_RGB32}) {
+        QTest::addRow("format %d, 300 images past the one-byte remainder", format) << int(format) << 12 << 5 << 300;
+        QTest::addRow("format %d, split over threads", format) << int(format) << 640 << 480 << 3;
+    }
+}
+
+void TestDefectPixelParams::updateMatchesPlainDivision()
+{
+    QFETCH(int, format);
+    QFETCH(int, width);
+    QFETCH(int, height);
+    QFETCH(int, images);
+    std::mt19937 random(uint32_t(format * 31 + width));
+    DefectPixelParams params;
+    ReferenceSeries reference(size_t(width) * height);
+    QImage mean(width, height, QImage::Format_Grayscale8);
+    mean.fill(0);
+    std::vector<QImage> added;
+    while (params.count < uint32_t(images)) {
+        const bool remove = !added.empty() && random() % 4 == 0;
+        QImage image = remove ? added[random() % added.size()]
+                              : randomImage(width, height, QImage::Format(format), random);
+        if (!remove)
+            added.push_back(image);
+        QVERIFY(params.update(mean, image, remove ? -1 : 1));
+        reference.update(image, remove ? -1 : 1);
+        QCOMPARE(params.count, reference.count);
+        if (params.count == 0)
+            continue;
+        QCOMPARE(bytesOf(mean.constBits(), reference.mean.size()), bytesOf(reference.mean.data(), reference.mean.size()));
+        QCOMPARE(bytesOf(params.remainder, reference.remainder.size()),
+                 bytesOf(reference.remainder.data(), reference.remainder.size()));
+    }
+}
+
+void TestDefectPixelParams::addingAndRemovingInAnyOrderRestoresMean()
+{
+    std::mt19937 random(3);
+    std::vector<QImage> images;
+    for (int i = 0; i < 6; ++i)
+        images.push_back(randomImage(8, 4, QImage::Format_Indexed8, random));
+    DefectPixelParams params;
+    QImage mean = images[0].convertToFormat(QImage::Format_Grayscale8);
+    QVERIFY(params.update(mean, images[0], 1));
+    const QByteArray meanOfFirst = bytesOf(mean.constBits(), 32);
+    for (int i = 1; i < 6; ++i)
+        QVERIFY(params.update(mean, images[i], 1));
+    for (int i : {3, 1, 5, 2, 4})
+        QVERIFY(params.update(mean, images[i], -1));
+    QCOMPARE(params.count, 1u);
+    QCOMPARE(bytesOf(mean.constBits(), 32), meanOfFirst);
+    QCOMPARE(bytesOf(params.remainder, 32), QByteArray(32, 0));
+}
+
+void TestDefectPixelParams::tenAndElevenGiveRemainderOne()
+{
+    DefectPixelParams params;
+    QImage ten = grey(4, 2, 10), eleven = grey(4, 2, 11);
+    QImage mean = ten.convertToFormat(QImage::Format_Grayscale8);
+    QVERIFY(params.update(mean, ten, 1));
+    QVERIFY(params.update(mean, eleven, 1));
+    QCOMPARE(bytesOf(mean.constBits(), 8), QByteArray(8, 10));
+    QCOMPARE(bytesOf(params.remainder, 8), QByteArray(8, 1));
+    QVERIFY(params.update(mean, eleven, -1));
+    QCOMPARE(bytesOf(mean.constBits(), 8), QByteArray(8, 10));
+    QCOMPARE(bytesOf(params.remainder, 8), QByteArray(8, 0));
+}
+
+void TestDefectPixelParams::removingLastOrFromEmptySeriesFreesBuffers()
+{
+    DefectPixelParams params;
+    params.absoluteThreshold = 3;
+    params.defectCount = 9;
+    QImage image = grey(4, 2, 77);
+    QImage mean = image.convertToFormat(QImage::Format_Grayscale8);
+    QVERIFY(params.update(mean, image, 1));
+    QVERIFY(params.localThreshold(mean, true));
+    QVERIFY(params.update(mean, image, -1));
+    QCOMPARE(params.count, 0u);
+    QVERIFY(!params.remainder);
+    QVERIFY(!params.defectMask);
+    QCOMPARE(bytesOf(mean.constBits(), 8), QByteArray(8, 77));
+    QVERIFY(params.update(mean, image, -1));
+    QCOMPARE(params.count, 0u);
+    QCOMPARE(params.absoluteThreshold, 3);
+    QCOMPARE(params.defectCount, 9u);
+}
+
+void TestDefectPixelParams::rgb32ContributesSinglePrecisionAverage()
+{
+    QImage image(4, 1, QImage::Format_RGB32);
+    const uint pixels[4] = {qRgb(0, 0, 0), qRgb(1, 1, 2), qRgb(255, 255, 254), qRgb(10, 20, 31)};
+    for (int x = 0; x < 4; ++x)
+        image.setPixel(x, 0, pixels[x]);
+    DefectPixelParams params;
+    QImage mean(4, 1, QImage::Format_Grayscale8);
+    QVERIFY(params.update(mean, image, 1));
+    QCOMPARE(bytesOf(mean.constBits(), 4), QByteArray("\x00\x01\xfe\x14", 4));
+}
+
+void TestDefectPixelParams::meanSharingBytesWithImage()
+{
+    // Removal with no displayed mean uses the file's image as its own mean.
+    std::mt19937 random(11);
+    for (auto format : {QImage::Format_Indexed8, QImage::Format_RGB32}) {
+        QImage image = randomImage(640, 480, format, random);
+        ReferenceSeries reference(640 * 480);
+        std::copy(image.constBits(), image.constBits() + reference.mean.size(), reference.mean.begin());
+        DefectPixelParams params;
+        params.count = 3;
+        reference.count = 3;
+        reference.update(image, -1);
+        QVERIFY(params.update(image, image, -1));
+        QCOMPARE(bytesOf(image.constBits(), reference.mean.size()),
+                 bytesOf(reference.mean.data(), reference.mean.size()));
+    }
+}
+
+void TestDefectPixelParams::sizeMismatchChangesNothing()
+{
+    DefectPixelParams params;
+    QImage mean(4, 2, QImage::Format_Grayscale8), image = grey(4, 3, 1), mono(4, 2, QImage::Format_Mono);
+    QVERIFY(!params.update(mean, image, 1));
+    QVERIFY(!params.update(mean, mono, 1));
+    QCOMPARE(params.count, 0u);
+    QVERIFY(!params.remainder);
+    QVERIFY(!params.localThreshold(QImage(), true));
+    QVERIFY(!params.defectMask);
+}
+
+void TestDefectPixelParams::localThresholdMatchesDirectWindow_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<bool>("absolute");
+    QTest::addColumn<int>("threshold");
+    const QList<QSize> sizes{{1, 1}, {1, 37}, {37, 1}, {20, 20}, {21, 21}, {22, 23}, {64, 45}};
+    for (const QSize& size : sizes) {
+        for (int threshold : {16, 0, -5, 100, 255, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()})
+            QTest::addRow("%dx%d absolute %d", size.width(), size.height(), threshold) << size << true << threshold;
+        for (int threshold : {12, 0, -5, 7, 100, std::numeric_limits<int>::min()})
+            QTest::addRow("%dx%d relative %d", size.width(), size.height(), threshold) << size << false << threshold;
+    }
+    // Large enough to be split into row bands.
+    QTest::newRow("520x520 absolute 16") << QSize(520, 520) << true << 16;
+    QTest::newRow("520x520 relative 12") << QSize(520, 520) << false << 12;
+}
+
+void TestDefectPixelParams::localThresholdMatchesDirectWindow()
+{
+    QFETCH(QSize, size);
+    QFETCH(bool, absolute);
+    QFETCH(int, threshold);
+    std::mt19937 random(uint32_t(size.width() * 131 + size.height()));
+    // Contiguous bytes: the width * height run then matches the image pixels.
+    std::vector<uchar> bytes(size_t(size.width()) * size.height());
+    const QImage mean(bytes.data(), size.width(), size.height(), size.width(), QImage::Format_Grayscale8);
+    const bool wide = random() % 2;
+    for (uchar& b : bytes)
+        b = uchar(wide ? random() % 256 : 100 + random() % 40);
+    DefectPixelParams params;
+    (absolute ? params.absoluteThreshold : params.relativeThreshold) = threshold;
+    QVERIFY(params.localThreshold(mean, absolute));
+    const std::vector<uchar> expected = referenceMask(mean, absolute, threshold);
+    for (size_t i = 0; i < expected.size(); ++i)
+        if (params.defectMask[i] != expected[i])
+            QFAIL(qPrintable(QString("first difference at x %1, y %2").arg(i % size.width()).arg(i / size.width())));
+}
+
+void TestDefectPixelParams::marginBoundaryIsNotFlagged()
+{
+    // Single outliers hardly move a 21 x 21 average of 200: 216 stays good, 217 is flagged.
+    std::vector<uchar> bytes(64 * 64, 200);
+    const QImage mean(bytes.data(), 64, 64, 64, QImage::Format_Grayscale8);
+    bytes[32 * 64 + 32] = 200 + 16;
+    bytes[10 * 64 + 40] = 200 + 17;
+    DefectPixelParams params;
+    QVERIFY(params.localThreshold(mean, true));
+    const std::vector<uchar> expected = referenceMask(mean, true, 16);
+    QCOMPARE(bytesOf(params.defectMask, bytes.size()), bytesOf(expected.data(), expected.size()));
+    QCOMPARE(params.defectMask[32 * 64 + 32], uchar(0));
+    QCOMPARE(params.defectMask[10 * 64 + 40], uchar(255));
+}
+
+QTEST_GUILESS_MAIN(TestDefectPixelParams)
+#include "tst_defectpixelparams.moc"
