@@ -1,8 +1,11 @@
 # One QtTest suite per executable, registered with CTest. Every suite runs on the
 # offscreen platform with test-mode standard paths, so no suite touches the user's
 # real home or needs a display.
+# ZEB_GEV_ADDRESSES keeps any GigE Vision discovery of a test on the loopback
+# address: tests never send discovery broadcasts into the network.
 set(DPC_TEST_ENVIRONMENT
   "QT_QPA_PLATFORM=offscreen"
+  "ZEB_GEV_ADDRESSES=127.0.0.1"
   "LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0"
   "ASAN_OPTIONS=detect_leaks=1:abort_on_error=0:halt_on_error=1"
   "UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1")
