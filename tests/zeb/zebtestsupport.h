@@ -1,0 +1,62 @@
+#pragma once
+
+#include "ZebCPP.h"
+
+#include <QtTest>
+
+#include <cstdlib>
+#include <string>
+
+// Shared steps of the SDK suites: start the SDK on a simulated camera set and
+// open cameras of the built-in set by serial number.
+
+namespace ZebTest {
+
+// Serial numbers of the built-in set.
+inline const char* const kMonoFile = "KV1230001";     // file access, revision 3, big-endian GigE
+inline const char* const kColorFile = "PM5000002";    // file access, revision 4, USB3, read-only length
+inline const char* const kRegister = "RY1300003";     // register mode, big-endian GigE
+inline const char* const kIncompatible = "KV0120004"; // model outside the compatibility table
+inline const char* const kHeld = "TB2000005";         // read-only permitted access
+
+inline ZebCPP::ZebErrorType startSdk(const char* cameraSet = "default")
+{
+    qputenv("ZEB_SIM_CAMERAS", cameraSet);
+    return ZebCPP::ZebSystem::GetInstance().Startup();
+}
+
+inline void stopSdk()
+{
+    ZebCPP::ZebSystem::GetInstance().Shutdown();
+}
+
+inline ZebCPP::CameraPtr cameraBySerial(const std::string& serial)
+{
+    std::vector<ZebCPP::CameraPtr> cameras;
+    ZebCPP::ZebSystem::GetInstance().GetCameras(cameras);
+    for (const ZebCPP::CameraPtr& camera : cameras) {
+        std::string s;
+        camera->GetSerialNumber(s);
+        if (s == serial)
+            return camera;
+    }
+    return nullptr;
+}
+
+inline ZebCPP::CameraPtr openCamera(const std::string& serial)
+{
+    ZebCPP::CameraPtr camera = cameraBySerial(serial);
+    if (camera && camera->Open(ZebCPP::AccessModeFull) != ZebCPP::ZebErrorSuccess)
+        return nullptr;
+    return camera;
+}
+
+inline ZebCPP::FeaturePtr feature(const ZebCPP::CameraPtr& camera, const char* name)
+{
+    ZebCPP::FeaturePtr f;
+    if (camera)
+        camera->GetFeatureByName(name, f);
+    return f;
+}
+
+} // namespace ZebTest
