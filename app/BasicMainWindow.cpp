@@ -1,0 +1,219 @@
+#include "BasicMainWindow.h"
+
+#include "ApiController.h"
+#include "CameraDiscoveryWidget.h"
+#include "uxcamera.h"
+#include "uxcameramanager.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QColor>
+#include <QDockWidget>
+#include <QListWidget>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QVBoxLayout>
+
+// The icon lives in a static library, whose resources must be pulled in by name.
+static void initResources()
+{
+    Q_INIT_RESOURCE(resources);
+}
+
+namespace {
+
+constexpr int kDockMargin = 5;
+
+// The window's own wait cursor for the duration of a camera call.
+class WindowWaitCursor {
+public:
+    explicit WindowWaitCursor(QWidget* window) : m_window(window) { m_window->setCursor(Qt::WaitCursor); }
+    ~WindowWaitCursor() { m_window->unsetCursor(); }
+    WindowWaitCursor(const WindowWaitCursor&) = delete;
+    WindowWaitCursor& operator=(const WindowWaitCursor&) = delete;
+
+private:
+    QWidget* m_window;
+};
+
+} // namespace
+
+BasicMainWindow::BasicMainWindow(QWidget* parent)
+    : QMainWindow(parent)
+    , m_logList(new QListWidget(this))
+{
+    initResources();
+    setWindowIcon(QIcon(QStringLiteral(":/Images/res/CorvaneOptics.ico")));
+    createMenus();
+    createCameraListDock();
+    createLogDock();
+    setMinimumSize(600, 600);
+}
+
+BasicMainWindow::~BasicMainWindow() = default;
+
+void BasicMainWindow::createMenus()
+{
+    m_viewMenu = menuBar()->addMenu(tr("&View"));
+    QMenu* helpMenu = menuBar()->addMenu(tr("&Help"));
+    connect(helpMenu->addAction(tr("About")), &QAction::triggered, this, &BasicMainWindow::showAbout);
+    connect(helpMenu->addAction(tr("About Qt")), &QAction::triggered, qApp, &QApplication::aboutQt);
+}
+
+void BasicMainWindow::createCameraListDock()
+{
+    m_cameraListDock = new QDockWidget(tr("Camera List"), this);
+    m_cameraListDock->setObjectName(QStringLiteral("cameraListDock"));
+    m_discovery = new CameraDiscoveryWidget(m_cameraListDock);
+    qRegisterMetaType<LogType>("LogType");
+
+    connect(m_discovery, &CameraDiscoveryWidget::CameraOpened, this, &BasicMainWindow::OnCameraOpenRequested);
+    connect(m_discovery, &CameraDiscoveryWidget::CameraClosed, this, &BasicMainWindow::OnCameraCloseRequested);
+    connect(m_discovery, &CameraDiscoveryWidget::CameraRemoved, this, &BasicMainWindow::OnCameraDisconnected);
+    connect(m_discovery, &CameraDiscoveryWidget::ApiError, this,
+            [this](const QString& message) { OnLogMessage(message, LogError); });
+    // A close request from anywhere goes the way of the "Close Camera" button.
+    connect(this, &BasicMainWindow::CameraCloseRequested, m_discovery,
+            [this] { m_discovery->OnCameraStatusChanged(false); });
+    connect(m_discovery, &CameraDiscoveryWidget::ApiControllerAvailable, this,
+            &BasicMainWindow::OnApiControllerAvailable);
+    connect(this, &BasicMainWindow::CameraFirmwareUpdateStarted, this,
+            [this](bool started) { m_firmwareUpdateInProgress = started; });
+
+    m_discovery->setContentsMargins(kDockMargin, kDockMargin, kDockMargin, kDockMargin);
+    m_cameraListDock->setWidget(m_discovery);
+    addDockWidget(Qt::BottomDockWidgetArea, m_cameraListDock);
+    addViewToggle(m_cameraListDock);
+}
+
+void BasicMainWindow::createLogDock()
+{
+    m_logDock = new QDockWidget(tr("Log View"), this);
+    m_logDock->setObjectName(QStringLiteral("logDock"));
+    m_logList->setObjectName(QStringLiteral("logList"));
+    auto* content = new QWidget(m_logDock);
+    auto* layout = new QVBoxLayout(content);
+    layout->setContentsMargins(kDockMargin, kDockMargin, kDockMargin, kDockMargin);
+    layout->addWidget(m_logList);
+    m_logDock->setWidget(content);
+    addDockWidget(Qt::TopDockWidgetArea, m_logDock);
+    m_logDock->hide();
+    addViewToggle(m_logDock);
+}
+
+void BasicMainWindow::addViewToggle(QDockWidget* dock)
+{
+    QAction* action = m_viewMenu->addAction(dock->windowTitle());
+    action->setCheckable(true);
+    action->setChecked(!dock->isHidden());
+    // triggered, not toggled: following the dock below must not hide or show it again.
+    connect(action, &QAction::triggered, this, [this, dock](bool checked) {
+        dock->setVisible(checked);
+        adjustSize();
+    });
+    connect(dock, &QDockWidget::visibilityChanged, action, &QAction::setChecked);
+}
+
+void BasicMainWindow::setDefaultWindowTitle(const QString& title)
+{
+    m_defaultWindowTitle = title;
+    setWindowTitle(title);
+}
+
+void BasicMainWindow::OnLogMessage(const QString& message, LogType type)
+{
+    auto* item = new QListWidgetItem(message);
+    switch (type) {
+    case LogError:
+        item->setForeground(QColor(QStringLiteral("red")));
+        break;
+    case LogWarning:
+        item->setForeground(QColor(QStringLiteral("yellow")));
+        break;
+    default:
+        item->setForeground(QBrush());
+        break;
+    }
+    m_logList->addItem(item);
+    m_logList->scrollToItem(item);
+    if (type == LogError) {
+        m_logDock->setVisible(true);
+        adjustSize();
+    }
+}
+
+void BasicMainWindow::OnCameraSelected(bool selected, QString name)
+{
+    OnLogMessage((selected ? tr("Camera selected: %1") : tr("Camera unselected: %1")).arg(name), LogInfo);
+    emit CameraSelected(selected, name);
+}
+
+void BasicMainWindow::OnCameraOpenRequested(const QString& extendedId)
+{
+    if (!m_cameraManager)
+        return;
+    UxCamera* camera = nullptr;
+    {
+        WindowWaitCursor waitCursor(this);
+        camera = m_cameraManager->Open(extendedId);
+    }
+    if (!camera) {
+        // The manager reported why; the camera list goes back to choosing.
+        emit CameraCloseRequested();
+        return;
+    }
+    m_openCameraId = extendedId;
+    OnLogMessage(tr("Camera opened: %1").arg(camera->GetCameraName()), LogInfo);
+    emit CameraOpened(camera);
+}
+
+void BasicMainWindow::OnCameraCloseRequested(const QString& extendedId, const QString& name)
+{
+    // Nothing was opened under this ID (the open failed): there is nothing to close.
+    if (!m_cameraManager || extendedId != m_openCameraId)
+        return;
+    {
+        WindowWaitCursor waitCursor(this);
+        if (!m_cameraManager->Close(extendedId))
+            return;
+    }
+    m_openCameraId.clear();
+    emit CameraClosed(name);
+    OnLogMessage(tr("Camera closed: %1").arg(name), LogInfo);
+}
+
+void BasicMainWindow::OnCameraDisconnected(const QString& extendedId, const QString& name)
+{
+    if (m_firmwareUpdateInProgress && m_disconnectIgnoreCount <= 2) {
+        ++m_disconnectIgnoreCount;
+        return;
+    }
+    m_disconnectIgnoreCount = 0;
+    if (!m_cameraManager || extendedId != m_openCameraId)
+        return;
+    {
+        WindowWaitCursor waitCursor(this);
+        // The camera is gone whatever the SDK answers; a failure was reported by the controller.
+        m_cameraManager->Close(extendedId);
+    }
+    m_openCameraId.clear();
+    emit CameraClosed(name);
+    OnLogMessage(tr("Camera disconnected: %1 (%2)").arg(name, extendedId), LogInfo);
+}
+
+void BasicMainWindow::OnApiControllerAvailable(std::shared_ptr<ApiController> controller)
+{
+    // Destroyed as a member, before the window deletes its children.
+    m_cameraManager = std::make_shared<UxCameraManager>(std::move(controller), this);
+}
+
+void BasicMainWindow::showAbout()
+{
+    const QStringList lines = {
+        tr("%1 is a Qt application using the ZebCPP API.").arg(m_defaultWindowTitle),
+        tr("Version: %1").arg(QApplication::applicationVersion()),
+        QString(),
+        tr("Published by Corvane Optics Technologies. All rights reserved."),
+    };
+    QMessageBox::about(this, tr("About"), lines.join(QLatin1Char('\n')));
+}
