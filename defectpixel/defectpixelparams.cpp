@@ -2,6 +2,7 @@
 
 #include "exactdivider.h"
 #include "parallelrows.h"
+#include "vectorclones.h"
 
 #include <algorithm>
 #include <atomic>
@@ -66,38 +67,89 @@ void rgb32Contributions(const unsigned char* pixels, size_t length, int weight, 
     }
 }
 
+constexpr size_t kChunk = 2048;
+
+// Any weight, any count: 32-bit sums as they are.
+DPC_VECTOR_CLONES void updateChunkWide(const UpdateRun& run, const ExactDivider& divider, size_t chunk, size_t length)
+{
+    uint32_t contribution[kChunk];
+    if (!run.rgb32) {
+        const unsigned char* bytes = run.image + chunk;
+        const uint32_t weight = uint32_t(run.weight);
+        for (size_t j = 0; j < length; ++j)
+            contribution[j] = bytes[j] * weight;
+    } else if (std::abs(int64_t(run.weight)) > (1 << 23)) {
+        rgb32Contributions<int64_t>(run.image + 4 * chunk, length, run.weight, contribution);
+    } else {
+        rgb32Contributions<int32_t>(run.image + 4 * chunk, length, run.weight, contribution);
+    }
+    unsigned char* mean = run.mean + chunk;
+    unsigned char* remainder = run.remainder + chunk;
+    for (size_t j = 0; j < length; ++j) {
+        const uint32_t s = remainder[j] + mean[j] * run.oldCount + contribution[j];
+        const uint32_t quotient = divider.divide(s);
+        mean[j] = static_cast<unsigned char>(quotient);
+        remainder[j] = static_cast<unsigned char>(s - quotient * run.count);
+    }
+}
+
+// Weight +-1 with at most kNarrowCount images: the sum is mean * count + e with
+// e = remainder +- (contribution - mean) in -255 ... 510, so the quotient is
+// mean + floor(e / count). Shifted by a multiple of count to be non-negative,
+// e fits 16 bits, and so does every step. A sum that would be negative (an image
+// taken out that was never in) wraps in 32 bits; such a chunk is redone wide.
+constexpr uint32_t kNarrowCount = 64000;
+
+DPC_VECTOR_CLONES bool updateChunkNarrow(const UpdateRun& run, const ExactDivider16& divider, size_t chunk, size_t length)
+{
+    const uint16_t count = uint16_t(run.count);
+    const uint16_t shiftQuotient = uint16_t((510 + count - 1) / count);
+    const uint16_t shift = uint16_t(shiftQuotient * count);
+    const uint16_t sign = uint16_t(run.weight); // 1 or 0xffff: multiplying by it negates
+
+    uint16_t contribution[kChunk];
+    if (run.rgb32) {
+        const unsigned char* pixels = run.image + 4 * chunk;
+        for (size_t j = 0; j < length; ++j) {
+            const unsigned char* px = pixels + 4 * j;
+            contribution[j] = uint16_t(int(float(px[0] + px[1] + px[2]) / 3.0f));
+        }
+    } else {
+        const unsigned char* bytes = run.image + chunk;
+        for (size_t j = 0; j < length; ++j)
+            contribution[j] = bytes[j];
+    }
+    unsigned char newMean[kChunk];
+    unsigned char newRemainder[kChunk];
+    const unsigned char* mean = run.mean + chunk;
+    const unsigned char* remainder = run.remainder + chunk;
+    uint16_t wrapped = 0;
+    for (size_t j = 0; j < length; ++j) {
+        const uint16_t e = uint16_t(remainder[j] + shift + sign * uint16_t(contribution[j] - mean[j]));
+        const uint16_t quotient = divider.divide(e);
+        const uint16_t total = uint16_t(mean[j] + quotient);
+        wrapped |= uint16_t(total < shiftQuotient);
+        newMean[j] = static_cast<unsigned char>(total - shiftQuotient);
+        newRemainder[j] = static_cast<unsigned char>(e - quotient * count);
+    }
+    if (wrapped)
+        return false;
+    std::memcpy(run.mean + chunk, newMean, length);
+    std::memcpy(run.remainder + chunk, newRemainder, length);
+    return true;
+}
+
 void updateRange(const UpdateRun& run, size_t begin, size_t end)
 {
-    constexpr size_t kChunk = 2048;
-    uint32_t contribution[kChunk];
     const ExactDivider divider(run.count);
-    const uint32_t oldCount = run.oldCount;
-    const uint32_t count = run.count;
-    const bool wideRgb = std::abs(int64_t(run.weight)) > (1 << 23);
-
+    const bool narrow = (run.weight == 1 || run.weight == -1) && run.count <= kNarrowCount;
+    const ExactDivider16 narrowDivider(uint16_t(narrow ? run.count : 1));
+    // Each chunk reads all its contributions before it writes a mean byte, which
+    // keeps a mean that shares its bytes with the image exact.
     for (size_t chunk = begin; chunk < end; chunk += kChunk) {
         const size_t length = std::min(kChunk, end - chunk);
-        // The contributions are read before any mean byte of the chunk is
-        // written, which keeps a mean that shares its bytes with the image exact.
-        if (!run.rgb32) {
-            const unsigned char* bytes = run.image + chunk;
-            const uint32_t weight = uint32_t(run.weight);
-            for (size_t j = 0; j < length; ++j)
-                contribution[j] = bytes[j] * weight;
-        } else if (wideRgb) {
-            rgb32Contributions<int64_t>(run.image + 4 * chunk, length, run.weight, contribution);
-        } else {
-            rgb32Contributions<int32_t>(run.image + 4 * chunk, length, run.weight, contribution);
-        }
-
-        unsigned char* mean = run.mean + chunk;
-        unsigned char* remainder = run.remainder + chunk;
-        for (size_t j = 0; j < length; ++j) {
-            const uint32_t s = remainder[j] + mean[j] * oldCount + contribution[j];
-            const uint32_t quotient = divider.divide(s);
-            mean[j] = static_cast<unsigned char>(quotient);
-            remainder[j] = static_cast<unsigned char>(s - quotient * count);
-        }
+        if (!narrow || !updateChunkNarrow(run, narrowDivider, chunk, length))
+            updateChunkWide(run, divider, chunk, length);
     }
 }
 
@@ -133,32 +185,49 @@ void clippedRowAverages(const unsigned char* row, uint32_t width, uint32_t from,
     }
 }
 
-void rowAverages(const unsigned char* row, uint32_t width, unsigned char* out)
+// Pairwise sums doubled four times give every whole 21-wide window as
+// 16 + 4 + 1 bytes; each step is one vectorisable pass over the row.
+DPC_VECTOR_CLONES void rowAverages(const unsigned char* row, uint32_t width, unsigned char* out,
+                                   uint16_t* scratch)
 {
     if (width < kWindow) {
         clippedRowAverages(row, width, 0, width, out);
         return;
     }
-    clippedRowAverages(row, width, 0, kRadius, out);
+    uint16_t* sum2 = scratch;
+    uint16_t* sum4 = scratch + width;
+    uint16_t* sum8 = scratch + 2 * width;
+    uint16_t* sum16 = sum2;
+    for (uint32_t x = 0; x + 1 < width; ++x)
+        sum2[x] = uint16_t(row[x] + row[x + 1]);
+    for (uint32_t x = 0; x + 3 < width; ++x)
+        sum4[x] = uint16_t(sum2[x] + sum2[x + 2]);
+    for (uint32_t x = 0; x + 7 < width; ++x)
+        sum8[x] = uint16_t(sum4[x] + sum4[x + 4]);
+    for (uint32_t x = 0; x + 15 < width; ++x)
+        sum16[x] = uint16_t(sum8[x] + sum8[x + 8]);
     const WindowDivider full = windowDividers().bySize[kWindow];
-    // Every interior window is whole; summing the 21 bytes per column keeps the
-    // loop free of a carried dependency, so it vectorises.
-    const uint32_t interiorEnd = width - kRadius;
-    for (uint32_t x = kRadius; x < interiorEnd; ++x) {
-        const unsigned char* window = row + x - kRadius;
-        uint16_t sum = 0;
-        for (uint32_t k = 0; k < kWindow; ++k)
-            sum = uint16_t(sum + window[k]);
-        out[x] = uint8_t(full.divide(sum));
-    }
-    clippedRowAverages(row, width, interiorEnd, width, out);
+    unsigned char* interior = out + kRadius;
+    for (uint32_t x = 0; x + kWindow <= width; ++x)
+        interior[x] = uint8_t(full.divide(uint16_t(sum16[x] + sum4[x + 16] + row[x + 20])));
+    clippedRowAverages(row, width, 0, kRadius, out);
+    clippedRowAverages(row, width, width - kRadius, width, out);
 }
 
-// Per local average m, the largest distance |v - m| that is not flagged, clipped
-// to -1 (every pixel flagged) ... 255 (none flagged); beyond those bounds the
-// test v < m - t || v > m + t gives the same answer for 8-bit values.
+// The margin t per local average m, clipped to -1 (every pixel flagged) ... 255
+// (none flagged): for 8-bit values v < m - t || v > m + t then gives the same
+// answer, and it is |v - m| > t.
 struct Margins {
     int16_t byAverage[256];
+    bool uniform = false; // absolute test: the same margin for every average
+    // Relative test with a percentage p in 0 ... 100: the truncated product is
+    // floor(p * m / 100), one less where the double product of an exact
+    // multiple of 100 rounded down (roundedDown[m]). |v - m| > t is then
+    // 100 * |v - m| > p * m, or equal there, which vectorises.
+    bool byPercent = false;
+    uint16_t percent = 0;
+    bool anyRoundedDown = false;
+    bool roundedDown[256] = {};
 };
 
 int16_t clipMargin(int64_t margin)
@@ -170,6 +239,7 @@ Margins absoluteMargins(int32_t threshold)
 {
     Margins margins;
     std::fill(std::begin(margins.byAverage), std::end(margins.byAverage), clipMargin(threshold));
+    margins.uniform = true;
     return margins;
 }
 
@@ -182,6 +252,18 @@ Margins relativeMargins(int32_t percent)
         const double margin = std::clamp(fraction * m, -1024.0, 1024.0);
         margins.byAverage[m] = clipMargin(int64_t(margin));
     }
+    if (percent < 0 || percent > 100)
+        return margins;
+    margins.byPercent = true;
+    margins.percent = uint16_t(percent);
+    for (int m = 0; m < 256; ++m) {
+        const int product = percent * m;
+        const int drop = product / 100 - margins.byAverage[m];
+        margins.roundedDown[m] = drop == 1;
+        margins.anyRoundedDown |= drop == 1;
+        if (drop < 0 || drop > 1 || (drop == 1 && product % 100 != 0))
+            margins.byPercent = false;
+    }
     return margins;
 }
 
@@ -191,35 +273,88 @@ struct ThresholdRun {
     uint32_t width;
     uint32_t height;
     const Margins* margins;
-    bool uniformMargin; // absolute test: one margin for every average
 };
 
-void testRow(const unsigned char* values, const uint16_t* columnSums, WindowDivider divider,
-             const ThresholdRun& run, unsigned char* mask)
+DPC_VECTOR_CLONES void testRowUniform(const unsigned char* values, const uint16_t* columnSums,
+                                      WindowDivider divider, uint8_t limit, uint32_t width,
+                                      unsigned char* mask)
 {
-    const uint32_t width = run.width;
-    if (run.uniformMargin) {
-        const int16_t margin = run.margins->byAverage[0];
-        if (margin < 0 || margin > 254) {
-            std::memset(mask, margin < 0 ? 255 : 0, width);
-            return;
-        }
-        const uint8_t limit = uint8_t(margin);
-        for (uint32_t x = 0; x < width; ++x) {
-            const uint8_t m = uint8_t(divider.divide(columnSums[x]));
-            const uint8_t v = values[x];
-            const uint8_t distance = uint8_t(v > m ? v - m : m - v);
-            mask[x] = distance > limit ? 255 : 0;
-        }
-        return;
+    for (uint32_t x = 0; x < width; ++x) {
+        const uint8_t m = uint8_t(divider.divide(columnSums[x]));
+        const uint8_t v = values[x];
+        const uint8_t distance = uint8_t(v > m ? v - m : m - v);
+        mask[x] = distance > limit ? 255 : 0;
     }
-    const int16_t* margins = run.margins->byAverage;
+}
+
+// Returns whether any pixel sits exactly on 100 * |v - m| == p * m; those are
+// marked in onMargin.
+DPC_VECTOR_CLONES bool testRowByPercent(const unsigned char* values, const uint16_t* columnSums,
+                                        WindowDivider divider, uint16_t percent, uint32_t width,
+                                        unsigned char* mask, unsigned char* onMargin)
+{
+    unsigned char any = 0;
+    for (uint32_t x = 0; x < width; ++x) {
+        const uint8_t m = uint8_t(divider.divide(columnSums[x]));
+        const uint8_t v = values[x];
+        const uint16_t distance = uint16_t(uint8_t(v > m ? v - m : m - v) * 100);
+        const uint16_t margin = uint16_t(m * percent);
+        mask[x] = distance > margin ? 255 : 0;
+        onMargin[x] = distance == margin ? 1 : 0;
+        any |= onMargin[x];
+    }
+    return any != 0;
+}
+
+void testRowByTable(const unsigned char* values, const uint16_t* columnSums, WindowDivider divider,
+                    const int16_t* margins, uint32_t width, unsigned char* mask)
+{
     for (uint32_t x = 0; x < width; ++x) {
         const uint8_t m = uint8_t(divider.divide(columnSums[x]));
         const uint8_t v = values[x];
         const int16_t distance = int16_t(v > m ? v - m : m - v);
         mask[x] = distance > margins[m] ? 255 : 0;
     }
+}
+
+void testRow(const unsigned char* values, const uint16_t* columnSums, WindowDivider divider,
+             const ThresholdRun& run, unsigned char* mask, unsigned char* onMargin)
+{
+    const uint32_t width = run.width;
+    const Margins& margins = *run.margins;
+    if (margins.uniform) {
+        const int16_t margin = margins.byAverage[0];
+        if (margin < 0 || margin > 254)
+            std::memset(mask, margin < 0 ? 255 : 0, width);
+        else
+            testRowUniform(values, columnSums, divider, uint8_t(margin), width, mask);
+        return;
+    }
+    if (!margins.byPercent) {
+        testRowByTable(values, columnSums, divider, margins.byAverage, width, mask);
+        return;
+    }
+    if (!testRowByPercent(values, columnSums, divider, margins.percent, width, mask, onMargin)
+        || !margins.anyRoundedDown)
+        return;
+    // Pixels on the margin are rare; look at them alone, eight at a time skipped.
+    for (uint32_t x = 0; x < width; ++x) {
+        uint64_t eight = 0;
+        if (x + 8 <= width && (std::memcpy(&eight, onMargin + x, 8), eight == 0)) {
+            x += 7;
+            continue;
+        }
+        if (onMargin[x] && margins.roundedDown[uint8_t(divider.divide(columnSums[x]))])
+            mask[x] = 255;
+    }
+}
+
+// Moves the column window one row down: entering row in, leaving row out.
+DPC_VECTOR_CLONES void moveColumnWindow(uint16_t* sums, const unsigned char* entering,
+                                        const unsigned char* leaving, uint32_t width)
+{
+    for (uint32_t x = 0; x < width; ++x)
+        sums[x] = uint16_t(sums[x] + entering[x] - leaving[x]);
 }
 
 // Row averages of rows y - 10 ... y + 10 summed per column in a running sum,
@@ -230,7 +365,9 @@ bool thresholdBand(const ThresholdRun& run, uint32_t firstRow, uint32_t endRow)
     const uint32_t height = run.height;
     std::unique_ptr<unsigned char[]> ring(new (std::nothrow) unsigned char[size_t(kRingRows + 1) * width]);
     std::unique_ptr<uint16_t[]> columnSums(new (std::nothrow) uint16_t[width]);
-    if (!ring || !columnSums)
+    std::unique_ptr<uint16_t[]> scratch(new (std::nothrow) uint16_t[size_t(3) * width]);
+    std::unique_ptr<unsigned char[]> onMargin(new (std::nothrow) unsigned char[width]);
+    if (!ring || !columnSums || !scratch || !onMargin)
         return false;
     unsigned char* noRow = ring.get() + size_t(kRingRows) * width;
     std::memset(noRow, 0, width);
@@ -238,31 +375,27 @@ bool thresholdBand(const ThresholdRun& run, uint32_t firstRow, uint32_t endRow)
 
     auto averagesOf = [&](uint32_t y) { return ring.get() + size_t(y % kRingRows) * width; };
     auto enterRow = [&](uint32_t y) {
-        rowAverages(run.mean + size_t(y) * width, width, averagesOf(y));
+        rowAverages(run.mean + size_t(y) * width, width, averagesOf(y), scratch.get());
         return averagesOf(y);
     };
 
     const uint32_t windowTop = firstRow >= uint32_t(kRadius) ? firstRow - kRadius : 0;
     const uint32_t windowBottom = std::min(height - 1, firstRow + kRadius);
     uint16_t* sums = columnSums.get();
-    for (uint32_t y = windowTop; y <= windowBottom; ++y) {
-        const unsigned char* entering = enterRow(y);
-        for (uint32_t x = 0; x < width; ++x)
-            sums[x] = uint16_t(sums[x] + entering[x]);
-    }
+    for (uint32_t y = windowTop; y <= windowBottom; ++y)
+        moveColumnWindow(sums, enterRow(y), noRow, width);
 
     const WindowDividers& dividers = windowDividers();
     for (uint32_t y = firstRow; y < endRow; ++y) {
         if (y > firstRow) {
             const unsigned char* entering = y + kRadius < height ? enterRow(y + kRadius) : noRow;
             const unsigned char* leaving = y > uint32_t(kRadius) ? averagesOf(y - kRadius - 1) : noRow;
-            for (uint32_t x = 0; x < width; ++x)
-                sums[x] = uint16_t(sums[x] + entering[x] - leaving[x]);
+            moveColumnWindow(sums, entering, leaving, width);
         }
         const uint32_t top = y >= uint32_t(kRadius) ? y - kRadius : 0;
         const uint32_t bottom = std::min(height - 1, y + kRadius);
         testRow(run.mean + size_t(y) * width, sums, dividers.bySize[bottom - top + 1], run,
-                run.mask + size_t(y) * width);
+                run.mask + size_t(y) * width, onMargin.get());
     }
     return true;
 }
@@ -357,7 +490,7 @@ bool DefectPixelParams::localThreshold(const QImage& mean, bool absolute)
     }
 
     const Margins margins = absolute ? absoluteMargins(absoluteThreshold) : relativeMargins(relativeThreshold);
-    const ThresholdRun run{mean.constBits(), defectMask, width, height, &margins, absolute};
+    const ThresholdRun run{mean.constBits(), defectMask, width, height, &margins};
     std::atomic<bool> complete{true};
     forEachRowBand(height, width, kMinPixelsPerBand, [&run, &complete](uint32_t firstRow, uint32_t endRow) {
         if (!thresholdBand(run, firstRow, endRow))

@@ -30,7 +30,8 @@ struct ReferenceSeries {
             uint32_t contribution;
             if (image.format() == QImage::Format_RGB32) {
                 const uchar* px = image.constBits() + 4 * i;
-                contribution = uint32_t(int(float(px[0] + px[1] + px[2]) / 3.0f * float(weight)));
+                // Through 64 bits, so that huge weights wrap instead of overflowing.
+                contribution = uint32_t(int64_t(float(px[0] + px[1] + px[2]) / 3.0f * float(weight)));
             } else {
                 contribution = image.constBits()[i] * uint32_t(weight);
             }
@@ -98,8 +99,10 @@ class TestDefectPixelParams : public QObject {
 private slots:
     void exactDividerOverReachableSums();
     void windowDividerOverEveryBoxSum();
+    void exactDivider16OverEveryNumerator();
     void updateMatchesPlainDivision_data();
     void updateMatchesPlainDivision();
+    void largeCountsAndOtherWeights();
     void addingAndRemovingInAnyOrderRestoresMean();
     void tenAndElevenGiveRemainderOne();
     void removingLastOrFromEmptySeriesFreesBuffers();
@@ -135,6 +138,22 @@ void TestDefectPixelParams::windowDividerOverEveryBoxSum()
         const WindowDivider divider(d);
         for (uint32_t n = 0; n <= WindowDivider::maxSum; ++n)
             QCOMPARE(divider.divide(uint16_t(n)), n / d);
+    }
+}
+
+void TestDefectPixelParams::exactDivider16OverEveryNumerator()
+{
+    std::mt19937 random(8);
+    std::vector<uint32_t> divisors{65535, 65534, 64000, 32768, 32769};
+    for (uint32_t d = 1; d <= 300; ++d)
+        divisors.push_back(d);
+    for (int i = 0; i < 60; ++i)
+        divisors.push_back(1 + random() % 65535);
+    for (uint32_t d : divisors) {
+        const ExactDivider16 divider{uint16_t(d)};
+        for (uint32_t n = 0; n < 65536; ++n)
+            if (divider.divide(uint16_t(n)) != n / d)
+                QFAIL(qPrintable(QString("%1 / %2").arg(n).arg(d)));
     }
 }
 
@@ -176,6 +195,28 @@ void TestDefectPixelParams::updateMatchesPlainDivision()
         QCOMPARE(bytesOf(mean.constBits(), reference.mean.size()), bytesOf(reference.mean.data(), reference.mean.size()));
         QCOMPARE(bytesOf(params.remainder, reference.remainder.size()),
                  bytesOf(reference.remainder.data(), reference.remainder.size()));
+    }
+}
+
+void TestDefectPixelParams::largeCountsAndOtherWeights()
+{
+    std::mt19937 random(5);
+    for (auto format : {QImage::Format_Indexed8, QImage::Format_RGB32}) {
+        for (uint32_t count : {63999u, 64000u, 64001u, 70000u, 4000000000u}) {
+            for (int weight : {1, -1, 2, 0, -7, 1 << 30}) {
+                const QImage image = randomImage(16, 3, format, random);
+                QImage mean = randomImage(16, 3, QImage::Format_Grayscale8, random);
+                ReferenceSeries reference(48);
+                std::copy(mean.constBits(), mean.constBits() + 48, reference.mean.begin());
+                DefectPixelParams params;
+                params.count = reference.count = count;
+                QImage added = image;
+                QVERIFY(params.update(mean, added, weight));
+                reference.update(image, weight);
+                QCOMPARE(bytesOf(mean.constBits(), 48), bytesOf(reference.mean.data(), 48));
+                QCOMPARE(bytesOf(params.remainder, 48), bytesOf(reference.remainder.data(), 48));
+            }
+        }
     }
 }
 
@@ -283,12 +324,12 @@ void TestDefectPixelParams::localThresholdMatchesDirectWindow_data()
     for (const QSize& size : sizes) {
         for (int threshold : {16, 0, -5, 100, 255, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()})
             QTest::addRow("%dx%d absolute %d", size.width(), size.height(), threshold) << size << true << threshold;
-        for (int threshold : {12, 0, -5, 7, 100, std::numeric_limits<int>::min()})
+        for (int threshold : {12, 0, -5, 29, 58, 100, std::numeric_limits<int>::min()})
             QTest::addRow("%dx%d relative %d", size.width(), size.height(), threshold) << size << false << threshold;
     }
     // Large enough to be split into row bands.
     QTest::newRow("520x520 absolute 16") << QSize(520, 520) << true << 16;
-    QTest::newRow("520x520 relative 12") << QSize(520, 520) << false << 12;
+    QTest::newRow("520x520 relative 29") << QSize(520, 520) << false << 29;
 }
 
 void TestDefectPixelParams::localThresholdMatchesDirectWindow()
@@ -300,16 +341,23 @@ void TestDefectPixelParams::localThresholdMatchesDirectWindow()
     // Contiguous bytes: the width * height run then matches the image pixels.
     std::vector<uchar> bytes(size_t(size.width()) * size.height());
     const QImage mean(bytes.data(), size.width(), size.height(), size.width(), QImage::Format_Grayscale8);
-    const bool wide = random() % 2;
-    for (uchar& b : bytes)
-        b = uchar(wide ? random() % 256 : 100 + random() % 40);
-    DefectPixelParams params;
-    (absolute ? params.absoluteThreshold : params.relativeThreshold) = threshold;
-    QVERIFY(params.localThreshold(mean, absolute));
-    const std::vector<uchar> expected = referenceMask(mean, absolute, threshold);
-    for (size_t i = 0; i < expected.size(); ++i)
-        if (params.defectMask[i] != expected[i])
-            QFAIL(qPrintable(QString("first difference at x %1, y %2").arg(i % size.width()).arg(i / size.width())));
+    // Full range; narrow noise; a flat 100 with outliers right on the margins of
+    // the percentages whose double products round down (29 * 100 / 100 -> 28).
+    const uchar outliers[] = {71, 128, 129, 130, 42, 158, 100};
+    for (int style = 0; style < 3; ++style) {
+        for (uchar& b : bytes)
+            b = uchar(style == 0 ? random() % 256
+                    : style == 1 ? 100 + random() % 40
+                                 : (random() % 16 ? 100 : outliers[random() % 7]));
+        DefectPixelParams params;
+        (absolute ? params.absoluteThreshold : params.relativeThreshold) = threshold;
+        QVERIFY(params.localThreshold(mean, absolute));
+        const std::vector<uchar> expected = referenceMask(mean, absolute, threshold);
+        for (size_t i = 0; i < expected.size(); ++i)
+            if (params.defectMask[i] != expected[i])
+                QFAIL(qPrintable(QString("style %1: first difference at x %2, y %3")
+                                     .arg(style).arg(i % size.width()).arg(i / size.width())));
+    }
 }
 
 void TestDefectPixelParams::marginBoundaryIsNotFlagged()
