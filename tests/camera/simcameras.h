@@ -6,44 +6,78 @@
 #include <ZebCPP.h>
 
 #include <QString>
+#include <QtEndian>
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
 namespace SimCameras {
 
 // Cameras of the built-in set, by plain ID.
-constexpr const char* kMonoFile = "DEV_KV1230001";     // GigE Vision, big-endian, "Filename", writable length
-constexpr const char* kColourFile = "DEV_PM5000002";   // USB3 Vision, revision 4, no "Filename", read-only length
-constexpr const char* kRegisterMono = "DEV_RY1300003"; // GigE Vision, register-mode maps
+constexpr const char* kMonoFile = "DEV_KV1230001";     // GigE Vision, "Filename", writable access length
+constexpr const char* kColourFile = "DEV_PM5000002";   // USB3 Vision, no "Filename", read-only access length
+constexpr const char* kRegisterMono = "DEV_RY1300003"; // GigE Vision, maps in registers
 constexpr const char* kHeldElsewhere = "DEV_TB2000005";
 
-// A file-access camera whose map slots take 20000 entries, so that a map spans
-// several transfer blocks, with an empty read-only file "Notes". Plugged in with the given ID; its file operations
-// complete after operationDelayMs.
-std::string bigMapCameraJson(const std::string& id, unsigned int operationDelayMs = 0);
+// A revision-4 file-access camera whose slots take 20000 entries (a map spans
+// several blocks), with an empty read-only file "Notes".
+inline std::string bigMapCameraJson(const std::string& id, unsigned int operationDelayMs = 0)
+{
+    return R"({ "id": ")" + id + R"(", "model": "kvd123MXGE", "serial": ")" + id
+        + R"(", "interface": "sim-usb0", "mapAccess": "file", "mapRevision": 4, "mapSlots": 3,
+        "mapMaxSize": 20000, "fileOperationDelayMs": )" + std::to_string(operationDelayMs) + R"(,
+        "files": [ { "name": "UserData", "mode": "ReadWrite" }, { "name": "Notes", "mode": "Read" } ] })";
+}
 
-// Starts the SDK with the built-in set; false when the simulated cameras are not there.
-bool startup();
-void shutdown();
+inline bool startup()
+{
+    qputenv("ZEB_SIM_CAMERAS", "default");
+    return ZebCPP::ZebSystem::GetInstance().Startup() == ZebCPP::ZebErrorSuccess;
+}
 
-QString extendedIdOf(const char* plainId);
+// Null when the camera is unknown or cannot be opened.
+inline ZebCPP::CameraPtr openCamera(const std::string& id)
+{
+    ZebCPP::CameraPtr camera;
+    if (ZebCPP::ZebSystem::GetInstance().GetCameraByID(id.c_str(), camera) != ZebCPP::ZebErrorSuccess
+        || camera->Open(ZebCPP::AccessModeFull) != ZebCPP::ZebErrorSuccess)
+        camera.reset();
+    return camera;
+}
 
-struct MapEntry {
-    uint32_t x;
-    uint32_t y;
-    uint32_t type;
-};
+inline QString extendedIdOf(const char* plainId)
+{
+    ZebCPP::CameraPtr camera;
+    std::string id;
+    ZebCPP::ZebSystem::GetInstance().GetCameraByID(plainId, camera);
+    return camera && camera->GetExtendedID(id) == ZebCPP::ZebErrorSuccess ? QString::fromStdString(id) : QString();
+}
 
-// A valid map container: 32-byte header (magic, size, checksum, chunk id, chunk
-// length, width, pixel count, 0), then X, Y (and the type for revision 4) per entry.
-std::vector<unsigned char> mapContainer(unsigned int revision, uint32_t chunkId,
-                                        const std::vector<MapEntry>& entries, uint32_t width, uint32_t height);
-// count distinct positions, row by row from position seed on.
-std::vector<MapEntry> sampleEntries(unsigned int count, uint32_t width, uint32_t seed);
+// A valid revision-4 container of count distinct entries (row by row from
+// position seed on a 640-pixel-wide sensor): 32-byte header of magic, size,
+// checksum, chunk id, chunk length, width, pixel count and 0, then X, Y, type.
+inline std::vector<unsigned char> mapContainer(unsigned int count, uint32_t seed)
+{
+    std::vector<uint32_t> words = {0x1F56ADFC, 32 + 12 * count, 0, 4100, 20 + 12 * count, 640, 640 * 480, 0};
+    for (uint32_t i = 0; i < count; ++i)
+        words.insert(words.end(), {(i + seed) % 640, (i + seed) / 640, i % 5});
+    uint32_t sum = 0;
+    for (uint32_t w : words)
+        sum += w;
+    words[2] = 0u - sum;
+    std::vector<unsigned char> bytes(words.size() * 4);
+    for (size_t i = 0; i < words.size(); ++i)
+        qToLittleEndian<quint32>(words[i], bytes.data() + 4 * i);
+    return bytes;
+}
 
 // Bytes 0, 1, 2, ... wrapping at 251, so that misplaced blocks show.
-std::vector<unsigned char> patternBytes(size_t size);
+inline std::vector<unsigned char> patternBytes(size_t size)
+{
+    std::vector<unsigned char> bytes(size);
+    for (size_t i = 0; i < size; ++i)
+        bytes[i] = static_cast<unsigned char>(i % 251);
+    return bytes;
+}
 
 } // namespace SimCameras
