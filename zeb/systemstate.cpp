@@ -5,6 +5,9 @@
 #include "iinterfacelistobserver.h"
 #include "interface.h"
 #include "sim/simmodule.h"
+#ifdef ZEB_HAVE_ARAVIS
+#include "aravis/aravismodule.h"
+#endif
 #include "transportlayer.h"
 
 #include <algorithm>
@@ -49,6 +52,10 @@ ZebErrorType SystemState::startup()
             return err;
         modules.push_back(std::move(sim));
     }
+#ifdef ZEB_HAVE_ARAVIS
+    if (std::unique_ptr<TransportModule> aravis = loadAravisModule())
+        modules.push_back(std::move(aravis));
+#endif
 
     std::vector<TransportLayerBackendPtr> layers;
     {

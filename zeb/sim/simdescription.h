@@ -6,7 +6,25 @@
 #include <string>
 #include <vector>
 
-// The description of simulated cameras as read from a JSON camera set.
+// The description of simulated cameras as read from a JSON camera set:
+//
+// { "transportLayers": [ { "id", "name", "path", "type": "GigEVision" | "USB3Vision" |
+//                          "CameraLink" | "CoaXPress", "interfaces": [ { "id", "name" } ] } ],
+//   "cameras": [ { "id", "model", "serial", "name", "interface" (an interface ID),
+//                  "transportLayer" (only to add a new interface at run time),
+//                  "firmware", "bigEndian", "permittedAccess" (bit set, default 9),
+//                  "mapAccess": "file" | "register", "mapRevision", "mapSlots",
+//                  "mapMaxSize", "factoryMapSize", "slotChunkIds": [ one per slot ],
+//                  "filename" (has the Filename feature), "fileAccessLengthWritable",
+//                  "fileOperationDelayMs", "pixelColorFilter" (has that feature),
+//                  "files": [ { "name", "chunkId", "mode": "Read" | "Write" | "ReadWrite",
+//                               "content" (text) } ],
+//                  "sensor": { "width", "height", "colorFilter": "None" | "BayerRG" |
+//                              "BayerGR" | "BayerGB" | "BayerBG", "darkLevel",
+//                              "brightLevel", "noise", "seed", "hot", "dead", "stuck",
+//                              "clusters" } } ] }
+//
+// Every camera field but id, model, serial and interface has the default below.
 
 namespace ZebCPP {
 

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "aravis/aravisdeviceinfo.h"
+#include "aravis/aravissession.h"
+#include "transportbackend.h"
+
+#include <atomic>
+#include <functional>
+#include <mutex>
+
+namespace ZebCPP {
+
+// One camera as found by discovery. Opening connects through libaravis and
+// starts a session; the discovery thread marks the camera lost when it stops
+// answering, and every call from then on returns ZebErrorBadHandle at once.
+class AravisDevice : public DeviceBackend, public std::enable_shared_from_this<AravisDevice> {
+public:
+    // Told after an open or close of this process changed the camera's access.
+    using AccessListener = std::function<void(const std::shared_ptr<AravisDevice>&)>;
+
+    AravisDevice(AravisDeviceInfo info, DeviceIdentity identity, AccessListener listener);
+    ~AravisDevice() override;
+
+    const DeviceIdentity& identity() const override { return identity_; }
+    ZebErrorType open(AccessModeType mode) override;
+    ZebErrorType close() override;
+    ZebErrorType permittedAccess(AccessModeType& access) override;
+    ZebErrorType readMemory(uint64_t address, uint8_t* buffer, uint32_t size, uint32_t& done) override;
+    ZebErrorType writeMemory(uint64_t address, const uint8_t* buffer, uint32_t size,
+                             uint32_t& done) override;
+    ZebErrorType streams(std::vector<StreamBackendPtr>& streams) override;
+    ZebErrorType acquireSingleImage(FramePtr& frame, uint32_t timeoutMs) override;
+    ZebErrorType feature(const std::string& name, FeatureBackendPtr& feature) override;
+    ZebErrorType features(std::vector<FeatureBackendPtr>& features) override;
+    void detach() override;
+
+    // For the discovery thread.
+    const AravisDeviceInfo& info() const { return info_; }
+    // Gone, or its session stopped answering.
+    bool isLost() const;
+    // True when the value changed and the camera is not opened here.
+    bool updateHeldElsewhere(bool held);
+    // The device of the open session is handed back, to be released after the
+    // unplug was reported.
+    GObjectRef<ArvDevice> markLost();
+
+private:
+    std::shared_ptr<AravisSession> openSession(ZebErrorType& err) const;
+    GObjectRef<ArvDevice> connect(bool control, ZebErrorType& err) const;
+    GObjectRef<ArvDevice> endSession(ZebErrorType reason);
+
+    const AravisDeviceInfo info_;
+    const DeviceIdentity identity_;
+    const AccessListener listener_;
+    std::mutex openMutex_;      // one open or close at a time; they talk to the camera
+    mutable std::mutex mutex_;  // guards the members below
+    std::shared_ptr<AravisSession> session_;
+    bool heldElsewhere_;
+    std::atomic<bool> lost_{false};
+    std::atomic<bool> detached_{false};
+};
+
+} // namespace ZebCPP
