@@ -27,8 +27,9 @@ uint64_t eightBytes(const unsigned char* mask, size_t index)
 }
 
 // Walks both masks in raster order; runs of eight good pixels are skipped at once.
+// bright is only needed with a bright mask.
 void collectDefects(const unsigned char* darkMask, const unsigned char* brightMask,
-                    DefectPixelParams& dark, DefectPixelParams& bright,
+                    DefectPixelParams& dark, DefectPixelParams* bright,
                     const ImageGeometry& geometry, DefectMapWriter& writer)
 {
     const uint32_t width = geometry.width;
@@ -46,7 +47,7 @@ void collectDefects(const unsigned char* darkMask, const unsigned char* brightMa
                 writer.add(x, y, 0);
             }
             if (brightMask && brightMask[row + x]) {
-                ++bright.defectCount;
+                ++bright->defectCount;
                 if (!darkFlagged)
                     writer.add(x, y, 0);
             }
@@ -67,7 +68,7 @@ MapGeneration create_defpix_map(const QImage& darkMean, const QImage& brightMean
     const unsigned char* darkMask = readyMask(darkMean, dark, true, geometry);
     const unsigned char* brightMask = readyMask(brightMean, bright, false, geometry);
     DefectMapWriter writer(target.map, target.capacity, target.count);
-    collectDefects(darkMask, brightMask, dark, bright, geometry, writer);
+    collectDefects(darkMask, brightMask, dark, &bright, geometry, writer);
     return MapGeneration::Generated;
 }
 
@@ -79,7 +80,6 @@ MapGeneration create_defpix_map_color(const QImage& darkMean, DefectPixelParams&
     target.reset();
     const unsigned char* darkMask = readyMask(darkMean, dark, true, geometry);
     DefectMapWriter writer(target.map, target.capacity, target.count);
-    DefectPixelParams unusedBright;
-    collectDefects(darkMask, nullptr, dark, unusedBright, geometry, writer);
+    collectDefects(darkMask, nullptr, dark, nullptr, geometry, writer);
     return MapGeneration::Generated;
 }

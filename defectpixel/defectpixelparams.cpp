@@ -38,7 +38,8 @@ bool coversRun(const QImage& image, size_t size, size_t bytesPerPixel)
 
 bool overlaps(const unsigned char* a, size_t aSize, const unsigned char* b, size_t bSize)
 {
-    return a < b + bSize && b < a + aSize;
+    const uintptr_t first = reinterpret_cast<uintptr_t>(a), second = reinterpret_cast<uintptr_t>(b);
+    return first < second + bSize && second < first + aSize;
 }
 
 // --- accumulation ---------------------------------------------------------

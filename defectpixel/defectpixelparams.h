@@ -21,14 +21,16 @@ public:
     void clear();
 
     // Adds (weight 1) or removes (weight -1) image to or from the series and
-    // updates mean in place. False when the sizes differ or a buffer cannot be
-    // had; nothing has changed then.
+    // updates mean in place. False, with nothing changed, when the sizes differ
+    // or the images are too small for the contiguous addressing; false after
+    // the count has moved when the remainder buffer cannot be had.
     bool update(QImage& mean, QImage& image, int weight);
 
     // Fills defectMask from mean: 255 where a pixel leaves the margin around its
     // 21 x 21 local average (clipped at the borders), 0 elsewhere. absolute
     // selects absoluteThreshold (grey levels), otherwise relativeThreshold
     // (percent of the local average). False for a null mean or without memory.
+    // The mask is reused from call to call, and replaced if it is too small.
     bool localThreshold(const QImage& mean, bool absolute);
 
     unsigned char* remainder = nullptr;  // remainder of the running sum per pixel
