@@ -175,6 +175,9 @@ void TestZebSystem::interfacesGroupCamerasByTransportLayer()
     QCOMPARE(camera->GetTransportLayer(tl), ZebErrorSuccess);
     interface->GetTransportLayer(interfaceTl);
     QCOMPARE(interfaceTl, tl);
+    InterfacePtr byId;
+    QCOMPARE(ZebSystem::GetInstance().GetInterfaceByID("sim-usb0", byId), ZebErrorSuccess);
+    QCOMPARE(byId, interface);
     std::string interfaceId, tlName, tlPath;
     interface->GetID(interfaceId);
     tl->GetName(tlName);

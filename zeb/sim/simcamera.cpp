@@ -31,7 +31,7 @@ bool grantsFull(AccessModeType access)
 } // namespace
 
 SimCamera::SimCamera(const SimCameraDescription& description, InterfaceType type)
-    : description_(description), type_(type), state_(description),
+    : description_(description), state_(description),
       features_(buildSimFeatureTable(state_, type)), permitted_(description.permittedAccess)
 {
 }
@@ -69,12 +69,6 @@ void SimCamera::unplug()
 {
     std::lock_guard<std::mutex> lock(mutex_);
     loseConnectionLocked(false);
-}
-
-bool SimCamera::isPlugged() const
-{
-    std::lock_guard<std::mutex> lock(mutex_);
-    return plugged_;
 }
 
 // Power is gone: nothing volatile survives, the maps and files do.

@@ -26,13 +26,11 @@ public:
     SimCamera(const SimCameraDescription& description, InterfaceType type);
 
     const SimCameraDescription& description() const { return description_; }
-    InterfaceType type() const { return type_; }
     void setListener(Listener listener);
 
     // Plugging in gives the number of the new connection.
     uint64_t plug();
     void unplug();
-    bool isPlugged() const;
 
     ZebErrorType open(uint64_t connection, AccessModeType mode);
     ZebErrorType close(uint64_t connection);
@@ -74,7 +72,6 @@ private:
     void loseConnectionLocked(bool tellSdk);
 
     const SimCameraDescription description_;
-    const InterfaceType type_;
     mutable std::mutex mutex_;
     SimCameraState state_;
     std::vector<std::unique_ptr<SimFeatureDef>> features_;
