@@ -62,7 +62,7 @@ ZebErrorType ApiController::UpdateCamerasList()
         return err;
     m_cameras.assign(count, CameraPtr());
     err = m_system.GetCameras(m_cameras.data(), count);
-    // A camera may come or go between the two calls; keep what was fetched.
+    // A camera may have gone between the two calls; after a failure nothing valid was fetched.
     m_cameras.resize(err == ZebErrorSuccess ? count : 0);
     return err;
 }

@@ -19,7 +19,6 @@ private slots:
     void failuresLeaveOutValuesUntouched_data();
     void failuresLeaveOutValuesUntouched();
     void valuesByType();
-    void registers();
     void commandWithoutWaitReturnsAtOnce();
 
 private:
@@ -72,10 +71,8 @@ void TestUxCameraFeature::failuresLeaveOutValuesUntouched()
     QVariant value(7), minimum(1), maximum(2), increment(3);
     QStringList entries{"kept"};
     QVERIFY(!m_features->GetValue(feature, value));
-    QVERIFY(!m_features->GetFeatureValueEnum(feature, value));
     QVERIFY(!m_features->GetFeatureRange(feature, minimum, maximum, increment));
     QVERIFY(!m_features->GetSubFeatures(feature, entries));
-    QVERIFY(!m_features->SetValue(feature, QVariant(1)));
     QCOMPARE(value, QVariant(7));
     QCOMPARE(minimum, QVariant(1));
     QCOMPARE(entries, QStringList{"kept"});
@@ -120,21 +117,6 @@ void TestUxCameraFeature::valuesByType()
     QVERIFY(m_features->HasFeature("Filename", has) && has);
     QVERIFY(!m_features->HasFeature("NoSuchFeature", has) && !has);
     QVERIFY(m_features->IsWritable("FileSize", writable) && !writable);
-}
-
-void TestUxCameraFeature::registers()
-{
-    const std::vector<unsigned char> bytes{1, 2, 3, 4, 5};
-    QVERIFY(m_features->SetRegisterValue("FileAccessBuffer", bytes, 4));
-    QVERIFY(!m_features->SetRegisterValue("FileAccessBuffer", bytes, 6));
-    QVERIFY(!m_features->SetRegisterValue("FileSize", bytes, 4));
-
-    std::vector<unsigned char> read{9};
-    QVERIFY(m_features->GetRegisterValue("FileAccessBuffer", read, 4));
-    QCOMPARE(read, (std::vector<unsigned char>{1, 2, 3, 4}));
-    QVERIFY(!m_features->GetRegisterValue("FileAccessBuffer", read, 0));
-    QVERIFY(!m_features->GetRegisterValue("FileAccessBuffer", read, 65537)); // longer than the register
-    QCOMPARE(read.size(), size_t(4));
 }
 
 void TestUxCameraFeature::commandWithoutWaitReturnsAtOnce()
