@@ -36,7 +36,8 @@ void rgb32Contributions(const unsigned char* pixels, size_t length, int weight, 
 constexpr size_t kChunk = 2048;
 
 // Any weight, any count: 32-bit sums as they are.
-DPC_VECTOR_CLONES void updateChunkWide(const MeanUpdate& run, const ExactDivider& divider, size_t chunk, size_t length)
+DPC_VECTOR_CLONES void updateChunkWide(const MeanUpdate& run, const ExactDivider& divider, size_t chunk,
+                                       size_t length)
 {
     uint32_t contribution[kChunk];
     if (!run.rgb32) {
@@ -64,9 +65,12 @@ DPC_VECTOR_CLONES void updateChunkWide(const MeanUpdate& run, const ExactDivider
 // mean + floor(e / count). Shifted by a multiple of count to be non-negative,
 // e fits 16 bits, and so does every step. A sum that would be negative (an image
 // taken out that was never in) wraps in 32 bits; such a chunk is redone wide.
+// Negating the average before truncation toward zero equals negating after it,
+// so the 32-bit contribution of weight -1 is the negated one of weight 1.
 constexpr uint32_t kNarrowCount = 64000;
 
-DPC_VECTOR_CLONES bool updateChunkNarrow(const MeanUpdate& run, const ExactDivider16& divider, size_t chunk, size_t length)
+DPC_VECTOR_CLONES bool updateChunkNarrow(const MeanUpdate& run, const ExactDivider16& divider, size_t chunk,
+                                         size_t length)
 {
     const uint16_t count = uint16_t(run.count);
     const uint16_t shiftQuotient = uint16_t((510 + count - 1) / count);
