@@ -29,9 +29,11 @@ inline std::string bigMapCameraJson(const std::string& id, unsigned int operatio
         "files": [ { "name": "UserData", "mode": "ReadWrite" }, { "name": "Notes", "mode": "Read" } ] })";
 }
 
+// The simulated cameras only: no GigE Vision discovery, so that the camera set is known.
 inline bool startup()
 {
     qputenv("ZEB_SIM_CAMERAS", "default");
+    qunsetenv("ZEB_GEV_ADDRESSES");
     return ZebCPP::ZebSystem::GetInstance().Startup() == ZebCPP::ZebErrorSuccess;
 }
 
