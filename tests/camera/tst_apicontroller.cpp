@@ -23,6 +23,7 @@ private slots:
     void errorTexts();
     void cameraInfo_data();
     void cameraInfo();
+    void unknownCameraIsReported();
     void hotPlugSignalsArriveOnGuiThread();
     void openAndCloseThroughManager();
 
@@ -87,7 +88,11 @@ void TestApiController::cameraInfo()
                                  {"Full Access", fullAccess}};
     QCOMPARE(info, expected);
     QCOMPARE(errors.count(), 0);
+}
 
+void TestApiController::unknownCameraIsReported()
+{
+    QSignalSpy errors(m_controller.get(), &ApiController::ApiError);
     QVERIFY(!m_controller->GetCameraPtr("NoSuchTL::NoSuchCamera"));
     QCOMPARE(m_controller->CloseCamera("NoSuchTL::NoSuchCamera"), ZebErrorNotFound);
     QVERIFY(m_controller->GetCameraInfo(CameraPtr()).isEmpty());
