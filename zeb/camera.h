@@ -45,7 +45,10 @@ public:
     ZebErrorType GetPermittedAccess(AccessModeType& access) const;
 
     // Device memory in the device's own byte order. sizeComplete is the number of
-    // bytes moved, also when the call fails part way.
+    // bytes moved, also when the call fails part way. Register space is addressed
+    // in 32-bit words: an address or size that is not a multiple of 4 gives
+    // ZebErrorBadParameter, an address the device does not map
+    // ZebErrorInvalidAccess.
     ZebErrorType ReadMemory(uint64_t address, uint8_t* buffer, uint32_t size,
                             uint32_t& sizeComplete) const;
     ZebErrorType WriteMemory(uint64_t address, const uint8_t* buffer, uint32_t size,

@@ -15,8 +15,10 @@ class SystemState;
 // the path of a JSON description). Startup() of a started system does nothing and
 // succeeds. Shutdown() closes every camera, stops the observer thread (after the
 // last notification was delivered) and forgets the observers; camera objects the
-// caller still holds then return ZebErrorBadHandle. Every other call of a system
-// that is not started returns ZebErrorApiNotStarted.
+// caller still holds then return ZebErrorBadHandle. Shutdown() called from inside
+// an observer returns ZebErrorInvalidCall (the observer thread cannot wait for
+// itself). Every other call of a system that is not started returns
+// ZebErrorApiNotStarted.
 class ZebSystem {
 public:
     static ZebSystem& GetInstance();
