@@ -1,5 +1,9 @@
 #include "defectmapgenerator.h"
 
+#include "vectorclones.h"
+
+#include <QtGlobal>
+
 #include <cstring>
 
 namespace {
@@ -26,33 +30,72 @@ uint64_t eightBytes(const unsigned char* mask, size_t index)
     return bytes;
 }
 
-// Walks both masks in raster order; runs of eight good pixels are skipped at once.
-// bright is only needed with a bright mask.
+// The lowest bit of every byte of the result says whether that byte was non-zero;
+// bit 8 * i belongs to the pixel at i, as the bytes were loaded little-endian.
+static_assert(Q_BYTE_ORDER == Q_LITTLE_ENDIAN, "mask bytes are located by bit position");
+uint64_t nonZeroBytes(uint64_t bytes)
+{
+    bytes |= bytes >> 4;
+    bytes |= bytes >> 2;
+    bytes |= bytes >> 1;
+    return bytes & 0x0101010101010101ull;
+}
+
+DPC_VECTOR_CLONES uint32_t countFlagged(const unsigned char* mask, size_t begin, size_t end)
+{
+    uint32_t flagged = 0;
+    for (size_t i = begin; i < end; ++i)
+        flagged += mask[i] != 0 ? 1 : 0;
+    return flagged;
+}
+
+struct DefectCollector {
+    DefectPixelParams& dark;
+    DefectPixelParams* bright; // only needed with a bright mask
+    DefectMapWriter& writer;
+
+    void visit(uint32_t x, uint32_t y, bool darkFlagged, bool brightFlagged)
+    {
+        if (darkFlagged) {
+            ++dark.defectCount;
+            writer.add(x, y, 0);
+        }
+        if (brightFlagged) {
+            ++bright->defectCount;
+            if (!darkFlagged)
+                writer.add(x, y, 0);
+        }
+    }
+};
+
+// Walks both masks in raster order, eight pixels at a time: good runs are
+// skipped and flagged pixels visited one by one. Once the map is full the rest
+// is only counted.
 void collectDefects(const unsigned char* darkMask, const unsigned char* brightMask,
-                    DefectPixelParams& dark, DefectPixelParams* bright,
-                    const ImageGeometry& geometry, DefectMapWriter& writer)
+                    const ImageGeometry& geometry, const DefectMapTarget& target, DefectCollector collector)
 {
     const uint32_t width = geometry.width;
+    const size_t end = size_t(width) * geometry.height;
     for (uint32_t y = 0; y < geometry.height; ++y) {
         const size_t row = size_t(y) * width;
-        uint32_t x = 0;
-        while (x < width) {
-            if (x + 8 <= width && (eightBytes(darkMask, row + x) | eightBytes(brightMask, row + x)) == 0) {
-                x += 8;
-                continue;
-            }
-            const bool darkFlagged = darkMask && darkMask[row + x];
-            if (darkFlagged) {
-                ++dark.defectCount;
-                writer.add(x, y, 0);
-            }
-            if (brightMask && brightMask[row + x]) {
-                ++bright->defectCount;
-                if (!darkFlagged)
-                    writer.add(x, y, 0);
-            }
-            ++x;
+        if (target.count >= target.capacity) {
+            if (darkMask)
+                collector.dark.defectCount += countFlagged(darkMask, row, end);
+            if (brightMask)
+                collector.bright->defectCount += countFlagged(brightMask, row, end);
+            return;
         }
+        uint32_t x = 0;
+        for (; x + 8 <= width; x += 8) {
+            const uint64_t darkBits = nonZeroBytes(eightBytes(darkMask, row + x));
+            const uint64_t brightBits = nonZeroBytes(eightBytes(brightMask, row + x));
+            for (uint64_t bits = darkBits | brightBits; bits; bits &= bits - 1) {
+                const int shift = __builtin_ctzll(bits);
+                collector.visit(x + uint32_t(shift / 8), y, (darkBits >> shift) & 1, (brightBits >> shift) & 1);
+            }
+        }
+        for (; x < width; ++x)
+            collector.visit(x, y, darkMask && darkMask[row + x], brightMask && brightMask[row + x]);
     }
 }
 
@@ -68,7 +111,7 @@ MapGeneration create_defpix_map(const QImage& darkMean, const QImage& brightMean
     const unsigned char* darkMask = readyMask(darkMean, dark, true, geometry);
     const unsigned char* brightMask = readyMask(brightMean, bright, false, geometry);
     DefectMapWriter writer(target.map, target.capacity, target.count);
-    collectDefects(darkMask, brightMask, dark, &bright, geometry, writer);
+    collectDefects(darkMask, brightMask, geometry, target, {dark, &bright, writer});
     return MapGeneration::Generated;
 }
 
@@ -80,6 +123,6 @@ MapGeneration create_defpix_map_color(const QImage& darkMean, DefectPixelParams&
     target.reset();
     const unsigned char* darkMask = readyMask(darkMean, dark, true, geometry);
     DefectMapWriter writer(target.map, target.capacity, target.count);
-    collectDefects(darkMask, nullptr, dark, nullptr, geometry, writer);
+    collectDefects(darkMask, nullptr, geometry, target, {dark, nullptr, writer});
     return MapGeneration::Generated;
 }
