@@ -32,6 +32,7 @@ private slots:
     void firstImageSetsGeometryAndMean_data();
     void firstImageSetsGeometryAndMean();
     void otherKindStoresGeometryOnly();
+    void failedUpdateIsOutOfMemory();
     void removalUsesImageAsMeanWithoutDisplay();
     void removalIgnoresUnreadableOrForeignFiles();
     void thresholdText_data();
@@ -122,6 +123,19 @@ void TestImageSeries::otherKindStoresGeometryOnly()
     QCOMPARE(geometry.pixelCount, 32u);
     QVERIFY(mean.isNull());
     QCOMPARE(params.count, 0u);
+}
+
+void TestImageSeries::failedUpdateIsOutOfMemory()
+{
+    // With both series emptied the geometry is free again, while a display may
+    // still show the mean of an earlier size; update refuses it.
+    ImageGeometry geometry;
+    DefectPixelParams params;
+    QImage mean = indexed(16, 4, 9);
+    QCOMPARE(addImageToSeries(indexed(8, 4, 1), DarkSeries, geometry, params, mean), SeriesChange::OutOfMemory);
+    QCOMPARE(geometry.pixelCount, 32u);
+    QCOMPARE(params.count, 0u);
+    QCOMPARE(mean.width(), 16);
 }
 
 void TestImageSeries::removalUsesImageAsMeanWithoutDisplay()
