@@ -127,6 +127,7 @@ void CameraDiscoveryWidget::buildLayout()
     listRow->setContentsMargins(0, 0, 0, 0);
     listRow->addWidget(m_chkCompatibleOnly);
     listRow->addWidget(m_chkAutoRefresh);
+    listRow->addStretch();
     listRow->addWidget(m_btnOpenCamera);
     listRow->addWidget(m_btnRefresh);
 

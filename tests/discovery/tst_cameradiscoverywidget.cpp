@@ -101,7 +101,9 @@ private:
 
 void TestCameraDiscoveryWidget::initTestCase()
 {
+    // The simulated cameras alone, without network discovery, so that the camera set is known.
     qputenv("ZEB_SIM_CAMERAS", "default");
+    qunsetenv("ZEB_GEV_ADDRESSES");
 }
 
 void TestCameraDiscoveryWidget::init()
