@@ -75,7 +75,7 @@ DPC_VECTOR_CLONES bool updateChunkNarrow(const MeanUpdate& run, const ExactDivid
     const uint16_t count = uint16_t(run.count);
     const uint16_t shiftQuotient = uint16_t((510 + count - 1) / count);
     const uint16_t shift = uint16_t(shiftQuotient * count);
-    const uint16_t sign = uint16_t(run.weight); // 1 or 0xffff: multiplying by it negates
+    const int direction = run.weight;
 
     uint16_t contribution[kChunk];
     if (run.rgb32) {
@@ -95,7 +95,7 @@ DPC_VECTOR_CLONES bool updateChunkNarrow(const MeanUpdate& run, const ExactDivid
     const unsigned char* remainder = run.remainder + chunk;
     uint16_t wrapped = 0;
     for (size_t j = 0; j < length; ++j) {
-        const uint16_t e = uint16_t(remainder[j] + shift + sign * uint16_t(contribution[j] - mean[j]));
+        const uint16_t e = uint16_t(remainder[j] + shift + direction * (contribution[j] - mean[j]));
         const uint16_t quotient = divider.divide(e);
         const uint16_t total = uint16_t(mean[j] + quotient);
         wrapped |= uint16_t(total < shiftQuotient);
