@@ -22,6 +22,7 @@ int TestZebSimCapture::run(const QStringList& arguments, QByteArray* errors)
     QProcess tool;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.remove("ZEB_SIM_CAMERAS"); // the tool falls back to the built-in set
+    environment.remove("ZEB_GEV_ADDRESSES");
     tool.setProcessEnvironment(environment);
     tool.start(ZEB_SIM_CAPTURE, arguments);
     if (!tool.waitForFinished(60000))

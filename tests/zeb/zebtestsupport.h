@@ -4,7 +4,6 @@
 
 #include <QtTest>
 
-#include <cstdlib>
 #include <string>
 
 // Shared steps of the SDK suites: start the SDK on a simulated camera set and
@@ -19,8 +18,11 @@ inline const char* const kRegister = "RY1300003";     // register mode, big-endi
 inline const char* const kIncompatible = "KV0120004"; // model outside the compatibility table
 inline const char* const kHeld = "TB2000005";         // read-only permitted access
 
+// Only the simulated cameras: without GigE Vision addresses the SDK loads no
+// real transport layer next to them, so the counts below are the set's own.
 inline ZebCPP::ZebErrorType startSdk(const char* cameraSet = "default")
 {
+    qunsetenv("ZEB_GEV_ADDRESSES");
     qputenv("ZEB_SIM_CAMERAS", cameraSet);
     return ZebCPP::ZebSystem::GetInstance().Startup();
 }
