@@ -3,7 +3,8 @@
 // Pixel loops marked with this are compiled twice on x86-64: for the baseline
 // instruction set and for AVX2, picked once at load time by the CPU. The loops
 // are plain C++; wider vectors only change their speed, not their results.
-#if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__)
+// Defining DPC_NO_VECTOR_CLONES keeps the baseline alone, e.g. to measure it.
+#if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__) && !defined(DPC_NO_VECTOR_CLONES)
 #define DPC_VECTOR_CLONES __attribute__((target_clones("avx2", "default")))
 #else
 #define DPC_VECTOR_CLONES
