@@ -215,5 +215,10 @@ void BasicMainWindow::showAbout()
         QString(),
         tr("Published by Corvane Optics Technologies. All rights reserved."),
     };
-    QMessageBox::about(this, tr("About"), lines.join(QLatin1Char('\n')));
+    showAboutBox(tr("About"), lines.join(QLatin1Char('\n')));
+}
+
+void BasicMainWindow::showAboutBox(const QString& title, const QString& text)
+{
+    QMessageBox::about(this, title, text);
 }

@@ -47,6 +47,8 @@ protected:
     QMenu* ViewMenu() const { return m_viewMenu; }
     QDockWidget* CameraListDock() const { return m_cameraListDock; }
     const QString& DefaultWindowTitle() const { return m_defaultWindowTitle; }
+    // The one door to message boxes, so that tests can answer them.
+    virtual void showAboutBox(const QString& title, const QString& text);
 
 private:
     void createMenus();

@@ -28,6 +28,20 @@ constexpr int kTimeoutMs = 30000;
 const QString kMonoId = QStringLiteral("SimGEV::DEV_KV1230001");
 const QString kMonoName = QStringLiteral("Inspection mono");
 
+// Records the About box instead of showing it.
+class AboutRecordingWindow : public MainWindow {
+public:
+    QString aboutTitle;
+    QString aboutText;
+
+protected:
+    void showAboutBox(const QString& title, const QString& text) override
+    {
+        aboutTitle = title;
+        aboutText = text;
+    }
+};
+
 } // namespace
 
 // The window's flows, driven as the user and the SDK drive them. The
@@ -40,6 +54,7 @@ private slots:
     void init();
     void cleanup();
 
+    void aboutBox();
     void logLinesAndDock();
     void openAndCloseAreLogged();
     void disconnectsDuringFirmwareUpdate();
@@ -67,7 +82,7 @@ private:
                                          Q_ARG(QString, name));
     }
 
-    std::unique_ptr<MainWindow> m_window;
+    std::unique_ptr<AboutRecordingWindow> m_window;
 };
 
 void TestMainWindow::initTestCase()
@@ -80,7 +95,7 @@ void TestMainWindow::initTestCase()
 
 void TestMainWindow::init()
 {
-    m_window = std::make_unique<MainWindow>();
+    m_window = std::make_unique<AboutRecordingWindow>();
     m_window->setDefaultWindowTitle(QStringLiteral("Corvane Optics Orvel Defect Pixel Correction Assistant"));
     m_window->resize(720, 600);
     m_window->show();
@@ -90,6 +105,19 @@ void TestMainWindow::init()
 void TestMainWindow::cleanup()
 {
     m_window.reset();
+}
+
+void TestMainWindow::aboutBox()
+{
+    QCoreApplication::setApplicationVersion(QStringLiteral("1.0.0.f59f2ff"));
+    m_window->menuBar()->actions().value(1)->menu()->actions().value(0)->trigger();
+    QCOMPARE(m_window->aboutTitle, QStringLiteral("About"));
+    const QStringList lines = m_window->aboutText.split('\n');
+    QCOMPARE(lines.size(), 4);
+    QCOMPARE(lines[0], QStringLiteral("Corvane Optics Orvel Defect Pixel Correction Assistant is a Qt application "
+                                      "using the ZebCPP API."));
+    QCOMPARE(lines[1], QStringLiteral("Version: 1.0.0.f59f2ff"));
+    QVERIFY(lines[2].isEmpty());
 }
 
 void TestMainWindow::logLinesAndDock()
