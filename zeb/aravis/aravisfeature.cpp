@@ -331,23 +331,23 @@ ZebErrorType AravisFeature::getRaw(uint8_t* buffer, uint32_t size, uint32_t& fil
 
 ZebErrorType AravisFeature::setRaw(const uint8_t* buffer, uint32_t size)
 {
-    return call({FeatureDataRaw}, Use::Write, [&](ArvDevice* device, ArvGcNode* node, GError** error) {
+    return call({FeatureDataRaw}, Use::Write, [&](ArvDevice*, ArvGcNode* node, GError** error) {
         auto* reg = ARV_GC_REGISTER(node);
         const guint64 length = arv_gc_register_get_length(reg, error);
         if (*error != nullptr)
             return ZebErrorSuccess;
         if (size > length)
             return ZebErrorInvalidValue;
-        if (size == length) {
-            arv_gc_register_set(reg, buffer, size, error);
+        // A short block (the last one of a file transfer) replaces only its own
+        // bytes: the node moves whole registers, so the rest is read back first.
+        std::vector<uint8_t> whole(length);
+        if (size < length)
+            arv_gc_register_get(reg, whole.data(), length, error);
+        if (*error != nullptr)
             return ZebErrorSuccess;
-        }
-        // A short block (the last one of a file transfer) goes to the start of
-        // the register directly: the node only writes whole registers, and
-        // padding would send bytes the caller never gave.
-        const guint64 address = arv_gc_register_get_address(reg, error);
-        if (*error == nullptr && size > 0)
-            arv_device_write_memory(device, address, size, const_cast<uint8_t*>(buffer), error);
+        if (size > 0)
+            std::memcpy(whole.data(), buffer, size);
+        arv_gc_register_set(reg, whole.data(), length, error);
         return ZebErrorSuccess;
     });
 }

@@ -89,7 +89,8 @@ bool GvcpChannel::exchange(uint16_t command, const uint8_t* payload, uint16_t pa
         putBe16(packet + 2, command);
         putBe16(packet + 4, payloadSize);
         putBe16(packet + 6, id);
-        std::memcpy(packet + kHeaderSize, payload, payloadSize);
+        if (payloadSize > 0)
+            std::memcpy(packet + kHeaderSize, payload, payloadSize);
         if (::send(socket_, packet, kHeaderSize + payloadSize, 0) < 0)
             return false;
         pollfd waiting{socket_, POLLIN, 0};
