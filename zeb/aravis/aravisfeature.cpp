@@ -250,9 +250,13 @@ ZebErrorType AravisFeature::setString(const std::string& value)
 ZebErrorType AravisFeature::entries(std::vector<std::string>& names)
 {
     return call({FeatureDataEnum}, Use::Query, [&](ArvDevice*, ArvGcNode* node, GError** error) {
+        // In the order of the description: the entry list of the node is not.
         std::vector<std::string> list;
-        for (const GSList* it = arv_gc_enumeration_get_entries(ARV_GC_ENUMERATION(node)); it != nullptr; it = it->next) {
-            auto* entry = ARV_GC_FEATURE_NODE(it->data);
+        for (ArvDomNode* child = arv_dom_node_get_first_child(ARV_DOM_NODE(node)); child != nullptr;
+             child = arv_dom_node_get_next_sibling(child)) {
+            if (!ARV_IS_GC_ENUM_ENTRY(child))
+                continue;
+            auto* entry = ARV_GC_FEATURE_NODE(child);
             if (arv_gc_feature_node_is_implemented(entry, error))
                 list.emplace_back(arv_gc_feature_node_get_name(entry));
             if (*error != nullptr)

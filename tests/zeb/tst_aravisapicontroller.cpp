@@ -1,0 +1,105 @@
+#include "ApiController.h"
+#include "fakegvcamera.h"
+#include "uxcamera.h"
+#include "uxcamerafeature.h"
+#include "uxcameramanager.h"
+
+#include <memory>
+
+using namespace ZebCPP;
+
+// The application's camera layer on a GigE Vision camera with map slots: the
+// camera is opened by its extended ID and its map features are read by name.
+class TestAravisApiController : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanupTestCase();
+
+    void cameraInfoDescribesTheGigEVisionCamera();
+    void mapFeaturesAreReadThroughTheCameraLayer();
+
+private:
+    FakeGv::Camera fake_;
+    std::shared_ptr<ApiController> controller_;
+};
+
+void TestAravisApiController::initTestCase()
+{
+    const QString problem = fake_.start();
+    if (!problem.isEmpty())
+        QSKIP(qPrintable(problem));
+    QCOMPARE(ZebSystem::GetInstance().Startup(), ZebErrorSuccess);
+    QVERIFY2(FakeGv::waitForCamera(), "discovery did not list the fake camera");
+    controller_ = std::make_shared<ApiController>();
+    QCOMPARE(controller_->UpdateCamerasList(), ZebErrorSuccess);
+}
+
+void TestAravisApiController::cleanupTestCase()
+{
+    controller_.reset();
+    ZebSystem::GetInstance().Shutdown();
+    fake_.stop();
+}
+
+void TestAravisApiController::cameraInfoDescribesTheGigEVisionCamera()
+{
+    const CameraPtr camera = controller_->GetCameraPtr(FakeGv::kExtendedId);
+    QVERIFY(camera);
+    const CameraInfoMap info = controller_->GetCameraInfo(camera);
+    QCOMPARE(info.value("Extended ID").toString(), QString(FakeGv::kExtendedId));
+    QCOMPARE(info.value("Serial No.").toString(), QString(FakeGv::kSerial));
+    QCOMPARE(info.value("Transport Layer").toString(), QString("GigE Vision"));
+    QCOMPARE(info.value("Interface").toString(), QString("AravisGEV::lo"));
+    QVERIFY(!info.value("TL Path").toString().isEmpty());
+    QVERIFY(info.value("Full Access").toBool());
+}
+
+void TestAravisApiController::mapFeaturesAreReadThroughTheCameraLayer()
+{
+    UxCameraManager manager(controller_);
+    std::unique_ptr<UxCamera> camera(manager.Open(FakeGv::kExtendedId));
+    QVERIFY(camera);
+    QVERIFY(camera->IsBigEndian());
+    // The camera's factory state, written as the map registers hold it.
+    QVERIFY(camera->WriteRegister(FakeGv::kFileChunkId, 4096));
+    QVERIFY(camera->WriteRegister(FakeGv::kMapRevision, 3));
+    QVERIFY(camera->WriteRegister(FakeGv::kMapMaxSize, 1000));
+    uint32_t raw = 0;
+    QVERIFY(camera->ReadRegister(FakeGv::kMapRevision, &raw));
+    QCOMPARE(raw, 3u);
+
+    UxCameraFeature* features = camera->GetFeatureContainer();
+    QStringList files;
+    QVERIFY(features->GetSubFeatures("FileSelector", files));
+    QCOMPARE(files, QStringList({"DefPixMap0", "DefPixMap1"}));
+    QVERIFY(features->SetValue("FileSelector", QString("DefPixMap1")));
+    QVariant value;
+    QVERIFY(features->GetValue("FileSelector", value));
+    QCOMPARE(value.toString(), QString("DefPixMap1"));
+    QVERIFY(features->GetValue("FileChunkId", value));
+    QCOMPARE(value.toLongLong(), 4096LL);
+    QVERIFY(features->GetValue("DefectPixelCorrection_Revision", value));
+    QCOMPARE(value.toLongLong(), 3LL);
+    QVERIFY(features->GetValue("DefectPixelCorrection_MapMaxSize", value));
+    QCOMPARE(value.toLongLong(), 1000LL);
+    QVariant locked = 7;
+    QVERIFY(features->GetValue("TLParamsLocked", locked));
+    QCOMPARE(locked.toLongLong(), 0LL);
+    QCOMPARE(camera->GetCameraManufacturerInfo(), QString("none"));
+
+    bool writable = true;
+    QVERIFY(features->IsWritable("FileSize", writable));
+    QVERIFY(!writable);
+    std::vector<unsigned char> block(64, 0x5a);
+    QVERIFY(features->SetRegisterValue("FileAccessBuffer", block, 64));
+    std::vector<unsigned char> back;
+    QVERIFY(features->GetRegisterValue("FileAccessBuffer", back, 64));
+    QCOMPARE(back, block);
+
+    QVERIFY(manager.Close(FakeGv::kExtendedId));
+}
+
+QTEST_GUILESS_MAIN(TestAravisApiController)
+#include "tst_aravisapicontroller.moc"
