@@ -86,8 +86,9 @@ CameraDiscoveryWidget::~CameraDiscoveryWidget()
     m_refresh.waitForFinished();
     while (m_waitCursors > 0)
         endWaitCursor();
-    m_controller.reset();
+    // Shut down first: the SDK's thread stops, so no notification races the controller's end.
     ZebCPP::ZebSystem::GetInstance().Shutdown();
+    m_controller.reset();
 }
 
 std::shared_ptr<ApiController> CameraDiscoveryWidget::GetApiController() const
