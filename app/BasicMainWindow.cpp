@@ -1,6 +1,5 @@
 #include "BasicMainWindow.h"
 
-#include "ApiController.h"
 #include "CameraDiscoveryWidget.h"
 #include "uxcamera.h"
 #include "uxcameramanager.h"
