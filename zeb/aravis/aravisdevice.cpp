@@ -92,20 +92,25 @@ bool AravisDevice::updateHeldElsewhere(bool held)
     return true;
 }
 
-GObjectRef<ArvDevice> AravisDevice::markLost()
+void AravisDevice::markLost()
 {
     lost_ = true;
-    return endSession(ZebErrorBadHandle);
 }
 
-GObjectRef<ArvDevice> AravisDevice::endSession(ZebErrorType reason)
+void AravisDevice::releaseLost()
+{
+    endSession(ZebErrorBadHandle);
+}
+
+void AravisDevice::endSession(ZebErrorType reason)
 {
     std::shared_ptr<AravisSession> session;
     {
         std::lock_guard<std::mutex> lock(mutex_);
         session = std::move(session_);
     }
-    return session ? session->end(reason) : GObjectRef<ArvDevice>();
+    if (session)
+        session->end(reason); // releasing the device leaves the control channel
 }
 
 std::shared_ptr<AravisSession> AravisDevice::openSession(ZebErrorType& err) const
@@ -192,7 +197,7 @@ ZebErrorType AravisDevice::close()
     ZebErrorType err = ZebErrorSuccess;
     if (!openSession(err))
         return err;
-    endSession(ZebErrorDeviceNotOpen); // releasing the device leaves the control channel
+    endSession(ZebErrorDeviceNotOpen);
     if (listener_)
         listener_(shared_from_this());
     return ZebErrorSuccess;

@@ -40,14 +40,17 @@ public:
     bool isLost() const;
     // True when the value changed and the camera is not opened here.
     bool updateHeldElsewhere(bool held);
-    // The device of the open session is handed back, to be released after the
+    // From here on every call answers ZebErrorBadHandle at once.
+    void markLost();
+    // Ends the open session of a lost camera; leaving the control channel of a
+    // vanished camera waits for the protocol's timeout, so this runs after the
     // unplug was reported.
-    GObjectRef<ArvDevice> markLost();
+    void releaseLost();
 
 private:
     std::shared_ptr<AravisSession> openSession(ZebErrorType& err) const;
     GObjectRef<ArvDevice> connect(bool control, ZebErrorType& err) const;
-    GObjectRef<ArvDevice> endSession(ZebErrorType reason);
+    void endSession(ZebErrorType reason);
 
     const AravisDeviceInfo info_;
     const DeviceIdentity identity_;

@@ -39,14 +39,14 @@ ZebErrorType AravisSession::camera(ArvDevice* device, ArvCamera*& camera, GError
     return ZebErrorSuccess;
 }
 
-GObjectRef<ArvDevice> AravisSession::end(ZebErrorType reason)
+void AravisSession::end(ZebErrorType reason)
 {
     if (reason == ZebErrorBadHandle)
         lost_ = true;
     std::lock_guard<std::mutex> lock(mutex_);
     endedWith_ = reason;
     camera_.reset();
-    return std::move(device_);
+    device_.reset();
 }
 
 } // namespace ZebCPP

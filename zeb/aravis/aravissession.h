@@ -22,15 +22,15 @@ public:
     bool hasControl() const { return control_; }
     // Runs body with the lock held and maps what it left in *error. A timeout
     // or lost connection ends the session as lost: the device stopped
-    // answering, and every further call would wait for the same timeout again.
+    // answering, and every further call would wait for the same timeout again
+    // (libaravis 0.8 has no setting for its acknowledge timeout and retries).
     ZebErrorType run(const Body& body);
     // Acquisition needs libaravis's camera object over the device; made once.
     ZebErrorType camera(ArvDevice* device, ArvCamera*& camera, GError** error);
 
     bool isLost() const { return lost_; }
-    // Ends the session; the device is handed back so that the caller releases it
-    // (leaving the control channel of a vanished camera waits for its timeout).
-    GObjectRef<ArvDevice> end(ZebErrorType reason);
+    // Ends the session: later calls get `reason`. Waits for a call in progress.
+    void end(ZebErrorType reason);
 
 private:
     std::mutex mutex_;

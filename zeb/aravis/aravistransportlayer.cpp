@@ -118,20 +118,21 @@ void AravisTransportLayer::update(const std::vector<AravisDeviceInfo>& found)
         }
         devices_ = std::move(kept);
     }
-    std::vector<GObjectRef<ArvDevice>> releases;
     for (const auto& device : changes.unplugged) {
-        releases.push_back(device->markLost());
+        device->markLost();
         if (sink)
             sink->deviceUnplugged(this, device);
     }
-    if (!sink)
-        return;
-    for (const auto& interface : changes.interfaces)
-        sink->interfacePlugged(this, interface);
-    for (const auto& device : changes.plugged)
-        sink->devicePlugged(this, device);
-    for (const auto& device : changes.accessChanged)
-        sink->deviceAccessChanged(this, device);
+    if (sink) {
+        for (const auto& interface : changes.interfaces)
+            sink->interfacePlugged(this, interface);
+        for (const auto& device : changes.plugged)
+            sink->devicePlugged(this, device);
+        for (const auto& device : changes.accessChanged)
+            sink->deviceAccessChanged(this, device);
+    }
+    for (const auto& device : changes.unplugged)
+        device->releaseLost();
 }
 
 void AravisTransportLayer::tellAccessChanged(const std::shared_ptr<AravisDevice>& device)
