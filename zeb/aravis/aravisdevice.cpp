@@ -152,8 +152,6 @@ GObjectRef<ArvDevice> AravisDevice::connect(bool control, ZebErrorType& err) con
     }
     if (!device) {
         err = error ? zebErrorOf(error.get()) : ZebErrorNotFound;
-        if (err == ZebErrorTimeout || err == ZebErrorBadHandle)
-            err = ZebErrorNotFound;
         return device;
     }
     arv_device_set_range_check_policy(device.get(), ARV_RANGE_CHECK_POLICY_ENABLE);

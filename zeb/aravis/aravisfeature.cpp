@@ -13,16 +13,11 @@ bool isType(FeatureDataType type, std::initializer_list<FeatureDataType> types)
     return std::find(types.begin(), types.end(), type) != types.end();
 }
 
-ArvGcFeatureNode* featureNode(ArvGcNode* node)
-{
-    return ARV_GC_FEATURE_NODE(node);
-}
-
 // What the description allows now: implemented, available, and the access mode
 // (a write also needs the control channel and an unlocked node).
 bool accessible(ArvGcNode* node, bool write, bool control, GError** error)
 {
-    ArvGcFeatureNode* feature = featureNode(node);
+    ArvGcFeatureNode* feature = ARV_GC_FEATURE_NODE(node);
     if (!arv_gc_feature_node_is_implemented(feature, error) || *error != nullptr)
         return false;
     if (!arv_gc_feature_node_is_available(feature, error) || *error != nullptr)
