@@ -42,8 +42,17 @@ public:
         // Discovery must never leave the loopback address.
         qputenv("ZEB_GEV_ADDRESSES", "127.0.0.1");
         qunsetenv("ZEB_SIM_CAMERAS");
-        process_.setProgram(program);
-        process_.setArguments({"-i", "127.0.0.1", "-s", kSerial, "-g", ZEB_TEST_DATA_DIR "/mapcamera.xml"});
+        QStringList arguments = {"-i", "127.0.0.1", "-s", kSerial, "-g", ZEB_TEST_DATA_DIR "/mapcamera.xml"};
+        // Through setpriv when there is one: the camera dies with a test that
+        // was killed, instead of holding the port for the next run.
+        const QString setpriv = QStandardPaths::findExecutable("setpriv");
+        if (!setpriv.isEmpty()) {
+            arguments = QStringList({"--pdeathsig", "KILL", program}) + arguments;
+            process_.setProgram(setpriv);
+        } else {
+            process_.setProgram(program);
+        }
+        process_.setArguments(arguments);
         process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         process_.start();
         if (!process_.waitForStarted(5000))
