@@ -19,6 +19,7 @@ private slots:
 
     void cameraInfoDescribesTheGigEVisionCamera();
     void mapFeaturesAreReadThroughTheCameraLayer();
+    void fileAccessRunsOverTheWire();
 
 private:
     FakeGv::Camera fake_;
@@ -98,6 +99,44 @@ void TestAravisApiController::mapFeaturesAreReadThroughTheCameraLayer()
     QVERIFY(features->GetRegisterValue("FileAccessBuffer", back, 64));
     QCOMPARE(back, block);
 
+    QVERIFY(manager.Close(FakeGv::kExtendedId));
+}
+
+// The fake camera keeps no files: its registers show what the protocol
+// moved, and a download reads back whatever the buffer register holds.
+void TestAravisApiController::fileAccessRunsOverTheWire()
+{
+    UxCameraManager manager(controller_);
+    std::unique_ptr<UxCamera> camera(manager.Open(FakeGv::kExtendedId));
+    QVERIFY(camera);
+    std::vector<unsigned char> map(300);
+    for (size_t i = 0; i < map.size(); ++i)
+        map[i] = static_cast<unsigned char>(i * 13 + 1);
+    long written = 0;
+    QVERIFY(camera->UploadBuffer(map, "DefPixMap1", "DefPixMap1", &written));
+    QCOMPARE(written, 300L);
+    uint32_t value = 0;
+    QVERIFY(camera->ReadRegister(0x4000, &value)); // FileSelector
+    QCOMPARE(value, 1u);
+    QVERIFY(camera->ReadRegister(0x4008, &value)); // FileOperationSelector: the final close
+    QCOMPARE(value, 1u);
+    QVERIFY(camera->ReadRegister(0x4014, &value)); // FileAccessLength of the only block
+    QCOMPARE(value, 300u);
+    std::vector<unsigned char> stored(300);
+    unsigned int count = 300;
+    QVERIFY(camera->Read(FakeGv::kFileAccessBuffer, stored.data(), &count));
+    QCOMPARE(stored, map);
+
+    QVERIFY(camera->WriteRegister(FakeGv::kFileSize, 300));
+    QTemporaryDir dir;
+    const QString path = dir.filePath("slot1.bin");
+    long read = 0;
+    QVERIFY(camera->DownloadDeviceFile(path, "DefPixMap1", "DefPixMap1", &read));
+    QCOMPARE(read, 300L);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray bytes = file.readAll();
+    QCOMPARE(std::vector<unsigned char>(bytes.begin(), bytes.end()), map);
     QVERIFY(manager.Close(FakeGv::kExtendedId));
 }
 
