@@ -17,6 +17,7 @@ bool AravisStream::isStreamFeature(const std::string& name)
 
 ZebErrorType AravisStream::feature(const std::string& name, FeatureBackendPtr& feature)
 {
+    // Through the session all the same: a closed camera answers DeviceNotOpen.
     if (!isStreamFeature(name))
         return session_->run([](ArvDevice*, GError**) { return ZebErrorNotFound; });
     return aravisFeatureByName(session_, name, feature);
