@@ -1,0 +1,541 @@
+#include "uxdefectpixelcorrection.h"
+#include "ui_uxdefectpixelcorrection.h"
+
+#include "defectclassification.h"
+#include "defectmapgenerator.h"
+#include "imageseries.h"
+#include "maptransfer.h"
+#include "thresholdinput.h"
+#include "uxcamera.h"
+#include "uxcamerafeature.h"
+#include "uxdialogs.h"
+#include "uxsettings.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QProgressDialog>
+
+namespace {
+
+constexpr int kRoleCannotRead = Qt::UserRole + 1;
+constexpr int kRoleCannotWrite = Qt::UserRole + 2;
+constexpr int kRoleChunkId = Qt::UserRole + 3;
+
+constexpr int kDefaultChunkId = 4096;
+constexpr int kTypedChunkId = 4100;
+constexpr int kAbsoluteThresholdLimit = 255;
+constexpr int kRelativeThresholdLimit = 100;
+
+const char* const kSlotPrefix = "DefPixMap";
+
+bool isOfferedChunkId(long long id)
+{
+    return id == 4096 || id == 4097 || id == 4100;
+}
+
+} // namespace
+
+UXCDefectPixelCorrection::UXCDefectPixelCorrection(QWidget* parent)
+    : QWidget(parent)
+    , ui(std::make_unique<Ui::UXCDefectPixelCorrection>())
+    , m_defaultDialogs(std::make_unique<UXCDialogs>())
+{
+    qRegisterMetaType<LogType>("LogType");
+    ui->setupUi(this);
+
+    connect(ui->listDarkImagePath, &QListWidget::itemSelectionChanged, this,
+            [this] { ui->btnDeleteDarkImage->setEnabled(!ui->listDarkImagePath->selectedItems().isEmpty()); });
+    connect(ui->listBrightImagePath, &QListWidget::itemSelectionChanged, this,
+            [this] { ui->btnDeleteBrightImage->setEnabled(!ui->listBrightImagePath->selectedItems().isEmpty()); });
+    connect(&m_fileTaskWatcher, &QFutureWatcher<bool>::finished, this, &UXCDefectPixelCorrection::finishFileTask);
+    m_finishFileTaskConnected = true;
+    // Reset takes finishFileTask off the watcher for good; this keeps a later
+    // transfer from leaving the progress window open and the buttons disabled.
+    connect(&m_fileTaskWatcher, &QFutureWatcher<bool>::finished, this,
+            &UXCDefectPixelCorrection::releaseAfterUntrackedTask);
+    connect(ui->cmbDefectPixelMapSelector, QOverload<int>::of(&QComboBox::activated), this,
+            &UXCDefectPixelCorrection::enableButtons);
+}
+
+UXCDefectPixelCorrection::~UXCDefectPixelCorrection()
+{
+    Reset();
+}
+
+void UXCDefectPixelCorrection::setDialogs(UXCDialogs* dialogs)
+{
+    m_dialogs = dialogs;
+}
+
+UXCDialogs& UXCDefectPixelCorrection::dialogs() const
+{
+    return m_dialogs ? *m_dialogs : *m_defaultDialogs;
+}
+
+void UXCDefectPixelCorrection::log(const QString& message, LogType type)
+{
+    emit sendLogMessage(message, type);
+}
+
+void UXCDefectPixelCorrection::setEndianess(bool bigEndian)
+{
+    m_bigEndian = bigEndian;
+}
+
+bool UXCDefectPixelCorrection::Init(UxCamera* camera)
+{
+    if (!camera)
+        return false;
+    ui->lblCameraName->setText(camera->GetCameraName() + "\n" + tr("Firmware: ")
+                               + camera->GetCameraManufacturerInfo() + "\n");
+    m_camera = camera;
+    m_features = camera->GetFeatureContainer();
+    setEndianess(camera->IsBigEndian());
+    m_saveImageDir = UXCSettings::getInstance()->Get("Directory", "SaveImageDir").toString();
+
+    detectColor();
+    ui->tabWidget->setTabVisible(1, !m_isColor);
+    ui->btnGenerateMap->setToolTip(
+        tr("Generate map from the resulting dark%1 mean images.").arg(m_isColor ? QString() : tr(" and bright")));
+
+    setupDefMatchSettings(UXCSettings::getInstance()->GetDeffMatchSettings());
+
+    QVariant revision = 3;
+    if (m_features->GetValue("DefectPixelCorrection_Revision", revision))
+        m_revision = revision.toInt();
+
+    discoverMapSlots();
+    m_mapSlotAvailable = ui->cmbDefectPixelMapSelector->count() > 0
+                         && ui->cmbDefectPixelMapSelector->currentIndex() >= 0;
+    if (ui->cmbDefectPixelMapSelector->count() == 0)
+        return false;
+    ui->txtDefectPixelCount->clear();
+    enableButtons();
+    initTranferProgress();
+    return true;
+}
+
+void UXCDefectPixelCorrection::detectColor()
+{
+    m_isColor = false;
+    QVariant filter;
+    if (m_features->GetValue("PixelColorFilter", filter)) {
+        m_isColor = !filter.toString().contains("none", Qt::CaseInsensitive);
+        return;
+    }
+    QStringList formats;
+    m_features->GetSubFeatures("PixelFormat", formats);
+    for (const QString& format : formats) {
+        if (!format.startsWith("mono", Qt::CaseInsensitive)) {
+            m_isColor = true;
+            return;
+        }
+    }
+}
+
+void UXCDefectPixelCorrection::discoverMapSlots()
+{
+    QStringList files;
+    m_features->GetSubFeatures("FileSelector", files);
+    if (!files.contains(QString(kSlotPrefix) + "0")) {
+        m_registerMode = true;
+        QStringList slotNames;
+        m_features->GetSubFeatures("DefectPixelCorrection_MapSelect", slotNames);
+        ui->cmbDefectPixelMapSelector->addItems(slotNames);
+        return;
+    }
+    m_registerMode = false;
+    for (const QString& file : files) {
+        if (!file.startsWith(kSlotPrefix) || !m_features->SetValue("FileSelector", file))
+            continue;
+        QVariant chunkId;
+        const long long id = m_features->GetValue("FileChunkId", chunkId)
+                                 ? chunkId.toLongLong()
+                                 : (m_revision == kTypedMapRevision ? kTypedChunkId : kDefaultChunkId);
+        if (!isOfferedChunkId(id))
+            continue;
+        ui->cmbDefectPixelMapSelector->addItem(file);
+        const int index = ui->cmbDefectPixelMapSelector->count() - 1;
+        ui->cmbDefectPixelMapSelector->setItemData(index, int(id), kRoleChunkId);
+        bool cannotRead = false;
+        bool cannotWrite = false;
+        m_camera->GetFileAccessMode(&cannotRead, &cannotWrite);
+        ui->cmbDefectPixelMapSelector->setItemData(index, cannotRead, kRoleCannotRead);
+        ui->cmbDefectPixelMapSelector->setItemData(index, cannotWrite, kRoleCannotWrite);
+    }
+}
+
+void UXCDefectPixelCorrection::Reset()
+{
+    if (m_fileTask.isRunning())
+        m_fileTask.cancel();
+    m_fileTaskWatcher.waitForFinished();
+    if (m_finishFileTaskConnected) {
+        disconnect(&m_fileTaskWatcher, &QFutureWatcher<bool>::finished, this,
+                   &UXCDefectPixelCorrection::finishFileTask);
+        m_finishFileTaskConnected = false;
+    }
+    delete m_camera;
+    m_camera = nullptr;
+    m_features = nullptr;
+    m_darkParams.clear();
+    m_brightParams.clear();
+    ui->listDarkImagePath->clear();
+    ui->listBrightImagePath->clear();
+    ui->lblMeanImageDark->setImage(QImage());
+    ui->lblMeanImageBright->setImage(QImage());
+    ui->cmbDefectPixelMapSelector->clear();
+    m_mapSlotAvailable = false;
+    delete[] m_map;
+    m_map = nullptr;
+    m_defectCount = 0;
+    ui->txtDefectPixelCount->clear();
+    m_chunkId = kDefaultChunkId;
+}
+
+void UXCDefectPixelCorrection::closeEvent(QCloseEvent* event)
+{
+    QWidget::closeEvent(event);
+}
+
+void UXCDefectPixelCorrection::enableButtons()
+{
+    const bool countShown = !ui->txtDefectPixelCount->text().isEmpty();
+    const QComboBox* selector = ui->cmbDefectPixelMapSelector;
+    const bool cannotRead = selector->currentData(kRoleCannotRead).toBool();
+    const bool cannotWrite = selector->currentData(kRoleCannotWrite).toBool();
+    if (m_registerMode) {
+        ui->btnDownloadMapToFile->setEnabled(true);
+        ui->btnUploadLocalMap->setEnabled(m_mapSlotAvailable);
+        ui->btnUploadMapToCam->setEnabled(countShown && m_mapSlotAvailable);
+    } else {
+        ui->btnDownloadMapToFile->setEnabled(!cannotRead);
+        ui->btnUploadLocalMap->setEnabled(!cannotWrite && m_mapSlotAvailable);
+        ui->btnUploadMapToCam->setEnabled(countShown && !cannotWrite && m_mapSlotAvailable);
+    }
+    ui->btnSaveMapToFile->setEnabled(countShown);
+    const bool darkMean = !ui->lblMeanImageDark->getImage().isNull();
+    const bool brightMean = !ui->lblMeanImageBright->getImage().isNull();
+    ui->btnGenerateMap->setEnabled(m_isColor ? darkMean : darkMean || brightMean);
+}
+
+// Image series
+
+bool UXCDefectPixelCorrection::loadImagefromFile(const QString& path, int kind)
+{
+    const QString title = tr("Load Image");
+    UXCPixmapLabel* display = kind == BrightSeries ? ui->lblMeanImageBright : ui->lblMeanImageDark;
+    DefectPixelParams& params = kind == BrightSeries ? m_brightParams : m_darkParams;
+    QImage mean = display->getImage();
+    switch (addImageToSeries(path, kind, m_geometry, params, mean)) {
+    case SeriesChange::Accepted:
+        display->setImage(mean);
+        return true;
+    case SeriesChange::NullImage:
+        dialogs().critical(this, title, tr("%1 failed!").arg(path));
+        log(tr("Loading image '%1' failed.").arg(path), LogError);
+        return false;
+    case SeriesChange::UnsupportedFormat:
+        dialogs().information(this, title, tr("%1: image format not supported!").arg(path));
+        log(tr("Loading '%1': Image format not supported.").arg(path), LogError);
+        return false;
+    case SeriesChange::IncompatibleSize:
+        dialogs().information(this, title, tr("%1: incompatible image!").arg(path));
+        log(tr("Loading '%1': incompatible image.").arg(path), LogError);
+        return false;
+    case SeriesChange::OutOfMemory:
+        dialogs().critical(this, title, tr("Out of memory!"));
+        log(tr("Loading '%1': out of memory.").arg(path), LogError);
+        return false;
+    case SeriesChange::InvalidKind:
+        return false;
+    }
+    return false;
+}
+
+void UXCDefectPixelCorrection::deleteImagefromParams(const QString& path, int kind)
+{
+    if (kind != DarkSeries && kind != BrightSeries)
+        return;
+    UXCPixmapLabel* display = kind == BrightSeries ? ui->lblMeanImageBright : ui->lblMeanImageDark;
+    DefectPixelParams& params = kind == BrightSeries ? m_brightParams : m_darkParams;
+    QImage mean = display->getImage();
+    const SeriesChange change = removeImageFromSeries(path, kind, m_geometry, params, mean);
+    if (change == SeriesChange::Accepted || change == SeriesChange::OutOfMemory)
+        display->setImage(mean);
+}
+
+void UXCDefectPixelCorrection::_addSelectedFiles(int kind)
+{
+    if (kind != DarkSeries && kind != BrightSeries)
+        return;
+    QListWidget* list = kind == BrightSeries ? ui->listBrightImagePath : ui->listDarkImagePath;
+    const QStringList paths =
+        dialogs().getOpenFileNames(this, tr("Image paths"), m_saveImageDir, tr("Bitmap (*.bmp)"));
+    for (const QString& path : paths) {
+        if (!list->findItems(path, Qt::MatchExactly | Qt::MatchCaseSensitive).isEmpty())
+            continue;
+        if (loadImagefromFile(path, kind))
+            list->addItem(path);
+    }
+    if (paths.isEmpty())
+        return;
+    const QString dir = QFileInfo(paths.first()).absolutePath();
+    if (dir != m_saveImageDir) {
+        UXCSettings::getInstance()->Set("Directory", "SaveImageDir", dir);
+        m_saveImageDir = dir;
+    }
+}
+
+void UXCDefectPixelCorrection::_deleteSelectedFiles(int kind)
+{
+    if (kind != DarkSeries && kind != BrightSeries)
+        return;
+    QListWidget* list = kind == BrightSeries ? ui->listBrightImagePath : ui->listDarkImagePath;
+    const QList<QListWidgetItem*> selected = list->selectedItems();
+    for (QListWidgetItem* item : selected) {
+        deleteImagefromParams(item->text(), kind);
+        delete item;
+    }
+}
+
+void UXCDefectPixelCorrection::addImages(int kind)
+{
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    _addSelectedFiles(kind);
+    enableButtons();
+    QApplication::restoreOverrideCursor();
+}
+
+void UXCDefectPixelCorrection::deleteImages(int kind)
+{
+    const bool bright = kind == BrightSeries;
+    QListWidget* list = bright ? ui->listBrightImagePath : ui->listDarkImagePath;
+    QPushButton* deleteButton = bright ? ui->btnDeleteBrightImage : ui->btnDeleteDarkImage;
+    UXCPixmapLabel* display = bright ? ui->lblMeanImageBright : ui->lblMeanImageDark;
+    DefectPixelParams& params = bright ? m_brightParams : m_darkParams;
+    const DefectPixelParams& other = bright ? m_darkParams : m_brightParams;
+
+    _deleteSelectedFiles(kind);
+    deleteButton->setEnabled(!list->selectedItems().isEmpty());
+    if (params.count != 0)
+        return;
+    params.clear();
+    display->setImage(QImage());
+    display->clear();
+    if (other.count == 0)
+        m_geometry = ImageGeometry();
+    enableButtons();
+}
+
+void UXCDefectPixelCorrection::on_btnAddDarkImage_clicked()
+{
+    addImages(DarkSeries);
+}
+
+void UXCDefectPixelCorrection::on_btnAddBrightImage_clicked()
+{
+    addImages(BrightSeries);
+}
+
+void UXCDefectPixelCorrection::on_btnDeleteDarkImage_clicked()
+{
+    deleteImages(DarkSeries);
+}
+
+void UXCDefectPixelCorrection::on_btnDeleteBrightImage_clicked()
+{
+    deleteImages(BrightSeries);
+}
+
+void UXCDefectPixelCorrection::on_listDarkImagePath_itemPressed(QListWidgetItem* item)
+{
+    ui->btnDeleteDarkImage->setEnabled(true);
+    ui->listDarkImagePath->setCurrentItem(item);
+}
+
+void UXCDefectPixelCorrection::on_listBrightImagePath_itemPressed(QListWidgetItem* item)
+{
+    ui->btnDeleteBrightImage->setEnabled(true);
+    ui->listBrightImagePath->setCurrentItem(item);
+}
+
+void UXCDefectPixelCorrection::on_txtAbsoluteThreshold_editingFinished()
+{
+    const ThresholdInput input = acceptThresholdText(ui->txtAbsoluteThreshold->text(),
+                                                     m_darkParams.absoluteThreshold, kAbsoluteThresholdLimit);
+    m_darkParams.absoluteThreshold = input.value;
+    if (ui->txtAbsoluteThreshold->text() != input.text)
+        ui->txtAbsoluteThreshold->setText(input.text);
+}
+
+void UXCDefectPixelCorrection::on_txtRelativeThreshold_editingFinished()
+{
+    const ThresholdInput input = acceptThresholdText(ui->txtRelativeThreshold->text(),
+                                                     m_brightParams.relativeThreshold, kRelativeThresholdLimit);
+    m_brightParams.relativeThreshold = input.value;
+    if (ui->txtRelativeThreshold->text() != input.text)
+        ui->txtRelativeThreshold->setText(input.text);
+}
+
+// The generated map
+
+void UXCDefectPixelCorrection::defpix_reset()
+{
+    delete[] m_map;
+    m_map = nullptr;
+    QVariant maximum;
+    if (m_camera && getMaximalPixelsCorrectionMapSize(maximum))
+        m_maxMapSize = maximum.toUInt();
+    m_map = new t_defpix[m_maxMapSize]();
+    m_defectCount = 0;
+    ui->btnSaveMapToFile->setEnabled(false);
+    ui->btnUploadMapToCam->setEnabled(false);
+    ui->txtDefectPixelCount->clear();
+}
+
+bool UXCDefectPixelCorrection::defpix_avail(t_defpix* map, unsigned int count, unsigned int x,
+                                            unsigned int y) const
+{
+    return ::defpix_avail(map, count, x, y);
+}
+
+bool UXCDefectPixelCorrection::defpix_add(t_defpix* map, unsigned int x, unsigned int y, unsigned int type,
+                                          unsigned int& count)
+{
+    return ::defpix_add(map, m_maxMapSize, x, y, type, count);
+}
+
+bool UXCDefectPixelCorrection::create_defpix_map()
+{
+    const QImage bright = ui->lblMeanImageBright->getImage();
+    const QImage dark = ui->lblMeanImageDark->getImage();
+    const DefectMapTarget target{m_map, m_maxMapSize, m_defectCount, [this] { defpix_reset(); }};
+    if (::create_defpix_map(dark, bright, m_darkParams, m_brightParams, m_geometry, target)
+        == MapGeneration::Generated)
+        return true;
+    QApplication::restoreOverrideCursor();
+    dialogs().information(this, tr("Generate Map"), tr("Generate map failed: missing image parameters"));
+    log(tr("Generate map failed: missing image parameters!"), LogError);
+    return false;
+}
+
+bool UXCDefectPixelCorrection::create_defpix_map_color()
+{
+    const QImage dark = ui->lblMeanImageDark->getImage();
+    const DefectMapTarget target{m_map, m_maxMapSize, m_defectCount, [this] { defpix_reset(); }};
+    if (::create_defpix_map_color(dark, m_darkParams, m_geometry, target) == MapGeneration::Generated)
+        return true;
+    QApplication::restoreOverrideCursor();
+    dialogs().information(this, tr("Generate Map"), tr("Generate map failed: missing image parameters"));
+    log(tr("Generate color map failed: missing image parameters!"), LogError);
+    return false;
+}
+
+void UXCDefectPixelCorrection::setupDefMatchSettings(QSettings* settings)
+{
+    m_patterns.setupDefMatchSettings(settings);
+}
+
+int UXCDefectPixelCorrection::match(int (*grid)[5]) const
+{
+    return m_patterns.match(grid);
+}
+
+void UXCDefectPixelCorrection::conv_defpix_map_990(t_defpix* map, unsigned int count)
+{
+    ::conv_defpix_map_990(map, count, m_patterns);
+}
+
+std::vector<unsigned char> UXCDefectPixelCorrection::buildDefPixContainerBuffer(
+    unsigned int revision, ge3_chunk_id_t chunkId, unsigned long count, const t_defpix* map,
+    unsigned int imageWidth, unsigned int imagePixelCount) const
+{
+    return ::buildDefPixContainerBuffer(revision, chunkId, count, map, imageWidth, imagePixelCount);
+}
+
+bool UXCDefectPixelCorrection::typedMap() const
+{
+    return m_revision == kTypedMapRevision || m_chunkId == kTypedChunkId;
+}
+
+void UXCDefectPixelCorrection::on_btnGenerateMap_clicked()
+{
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    ui->btnSaveMapToFile->setEnabled(false);
+    ui->btnUploadMapToCam->setEnabled(false);
+    ui->txtDefectPixelCount->clear();
+
+    const bool generated = m_isColor ? create_defpix_map_color() : create_defpix_map();
+    if (!generated) {
+        QApplication::restoreOverrideCursor();
+        return;
+    }
+    if (!m_registerMode)
+        m_chunkId = ui->cmbDefectPixelMapSelector->currentData(kRoleChunkId).toInt();
+    if (typedMap())
+        conv_defpix_map_990(m_map, m_defectCount);
+
+    if (m_defectCount > m_maxMapSize) {
+        QApplication::restoreOverrideCursor();
+        const QString text = tr("The resulting number of defect pixels: %1; the maximum allowed is: %2.")
+                                 .arg(m_defectCount)
+                                 .arg(m_maxMapSize);
+        dialogs().information(this, tr("Generate Map"), text);
+        log(tr("Generate map: The resulting number of defect pixels: %1; the maximum allowed is: %2.")
+                .arg(m_defectCount)
+                .arg(m_maxMapSize),
+            LogError);
+        return;
+    }
+    log(tr("Map successfully generated."), LogInfo);
+    ui->btnSaveMapToFile->setEnabled(true);
+    ui->txtDefectPixelCount->setText(QString::number(m_defectCount));
+    enableButtons();
+    QApplication::restoreOverrideCursor();
+}
+
+void UXCDefectPixelCorrection::on_btnCloseCamera_clicked()
+{
+    ui->lblCameraName->setText(QString());
+    emit cameraCloseRequested();
+}
+
+// Progress of file transfers
+
+void UXCDefectPixelCorrection::initTranferProgress()
+{
+    if (!m_progressDialog) {
+        m_progressDialog = new QProgressDialog(this);
+        m_progressDialog->setWindowFlags(m_progressDialog->windowFlags() & ~Qt::WindowContextHelpButtonHint);
+        m_progressDialog->setWindowModality(Qt::WindowModal);
+        m_progressDialog->setWindowTitle(tr("Uploading Map..."));
+        m_progressDialog->setLabelText(tr("Uploading....."));
+        m_progressDialog->setCancelButton(nullptr);
+        m_progressDialog->setRange(0, 100);
+        m_progressDialog->setMinimumDuration(1);
+        m_progressDialog->cancel();
+    }
+    if (m_camera)
+        connect(m_camera, &UxCamera::updateTransferProcess, this, &UXCDefectPixelCorrection::progressBar_valueChanged);
+}
+
+void UXCDefectPixelCorrection::progressBar_valueChanged(long remaining, QString fileName, QString fileOperation)
+{
+    if (m_transferTotal == 0) {
+        // Names the transfer; the window keeps its own label.
+        fileOperation.append(": ").append(fileName);
+        m_transferTotal = static_cast<unsigned int>(remaining);
+        if (m_transferTotal == 0)
+            return;
+    }
+    if (!m_progressDialog)
+        return;
+    if (remaining != 0) {
+        const qint64 total = m_transferTotal;
+        m_progressDialog->setValue(int((total - qint64(remaining)) * 100 / total));
+    } else {
+        emit m_progressDialog->finished(100);
+    }
+}

@@ -1,0 +1,180 @@
+#pragma once
+
+#include "defectmap.h"
+#include "defectmapcontainer.h"
+#include "defectmatch.h"
+#include "defectpixelparams.h"
+#include "imagegeometry.h"
+#include "logtype.h"
+
+#include <QFuture>
+#include <QFutureWatcher>
+#include <QString>
+#include <QVariant>
+#include <QWidget>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+class QListWidgetItem;
+class QProgressDialog;
+class QSettings;
+class UXCDialogs;
+class UxCamera;
+class UxCameraFeature;
+
+namespace Ui {
+class UXCDefectPixelCorrection;
+}
+
+// The assistant's working panel: binds to one opened camera, gathers the dark
+// and bright image series, generates the defect map and moves maps between the
+// program, files and the camera's map slots. The members named after the
+// routines they stand for gather the panel's state, call the detection core and
+// word the messages; the computing is done in the core.
+class UXCDefectPixelCorrection : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit UXCDefectPixelCorrection(QWidget* parent = nullptr);
+    ~UXCDefectPixelCorrection() override;
+
+    // Takes ownership of the camera; false for a null camera or one without map slots.
+    bool Init(UxCamera* camera);
+    // Back to the empty state; deletes the camera.
+    void Reset();
+    void enableButtons();
+    void initTranferProgress();
+    void setEndianess(bool bigEndian);
+
+    // Not owned; null brings back the standard dialogs.
+    void setDialogs(UXCDialogs* dialogs);
+
+    // Image series.
+    bool loadImagefromFile(const QString& path, int kind);
+    void deleteImagefromParams(const QString& path, int kind);
+    void _addSelectedFiles(int kind);
+    void _deleteSelectedFiles(int kind);
+
+    // The generated map.
+    void defpix_reset();
+    bool defpix_avail(t_defpix* map, unsigned int count, unsigned int x, unsigned int y) const;
+    bool defpix_add(t_defpix* map, unsigned int x, unsigned int y, unsigned int type, unsigned int& count);
+    bool create_defpix_map();
+    bool create_defpix_map_color();
+    void setupDefMatchSettings(QSettings* settings);
+    int match(int (*grid)[5]) const;
+    void conv_defpix_map_990(t_defpix* map, unsigned int count);
+    std::vector<unsigned char> buildDefPixContainerBuffer(unsigned int revision, ge3_chunk_id_t chunkId,
+                                                          unsigned long count, const t_defpix* map,
+                                                          unsigned int imageWidth,
+                                                          unsigned int imagePixelCount) const;
+    bool SaveMap(t_defpix* map, unsigned int count);
+    bool LoadMap(t_defpix* map, unsigned int& count);
+
+    // Map quantities of the camera: registers in register mode, features otherwise.
+    bool isParamlocked();
+    bool getPixelsCorrectionControlEnable(bool& enabled);
+    bool setPixelsCorrectionControlEnable(bool enabled);
+    bool setPixelsCorrectionControlMark(bool mark);
+    bool getSelectedDefectPixelCorrectionMap(QVariant& slot);
+    bool SelectDefectPixelCorrectionMap(const QVariant& slot);
+    bool getMaximalPixelsCorrectionMapSize(QVariant& size);
+    bool getPixelsCorrectionMapSize(QVariant& size);
+    bool getMapCoordinate(unsigned int index, unsigned int& x, unsigned int& y);
+    bool setMapCoordinate(unsigned int index, unsigned int x, unsigned int y);
+    bool clearDefectPixelCorrectionMap(const QVariant& slot);
+    bool GetRegValue(unsigned long address, uint32_t& value);
+    bool SetRegValue(unsigned long address, uint32_t value);
+
+    // Map transfers.
+    bool upload_defpix_map_genicam(t_defpix* map, unsigned int count);
+    bool uploadMap_RegisterAccess(t_defpix* map, unsigned int count);
+    bool Gen_download_defpix_map(t_defpix* map, unsigned int& count);
+    bool downloadMap_RegisterAccess();
+
+    // State read by the host and the tests.
+    UxCamera* camera() const { return m_camera; }
+    const t_defpix* defectMap() const { return m_map; }
+    unsigned int defectCount() const { return m_defectCount; }
+    unsigned int maxMapSize() const { return m_maxMapSize; }
+    const ImageGeometry& imageGeometry() const { return m_geometry; }
+    const DefectPixelParams& darkParams() const { return m_darkParams; }
+    const DefectPixelParams& brightParams() const { return m_brightParams; }
+    bool isColor() const { return m_isColor; }
+    bool isRegisterMode() const { return m_registerMode; }
+    int revision() const { return m_revision; }
+    int chunkId() const { return m_chunkId; }
+    bool isBigEndian() const { return m_bigEndian; }
+    bool isFileTaskRunning() const { return m_fileTask.isRunning(); }
+
+public slots:
+    void progressBar_valueChanged(long remaining, QString fileName, QString fileOperation);
+
+signals:
+    void sendLogMessage(const QString& message, LogType type);
+    void cameraCloseRequested();
+    void actionViewerUpdateProcessBar(bool visible, int value);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private slots:
+    void on_btnCloseCamera_clicked();
+    void on_btnAddDarkImage_clicked();
+    void on_btnAddBrightImage_clicked();
+    void on_btnDeleteDarkImage_clicked();
+    void on_btnDeleteBrightImage_clicked();
+    void on_listDarkImagePath_itemPressed(QListWidgetItem* item);
+    void on_listBrightImagePath_itemPressed(QListWidgetItem* item);
+    void on_txtAbsoluteThreshold_editingFinished();
+    void on_txtRelativeThreshold_editingFinished();
+    void on_btnGenerateMap_clicked();
+    void on_btnUploadMapToCam_clicked();
+    void on_btnSaveMapToFile_clicked();
+    void on_btnUploadLocalMap_clicked();
+    void on_btnDownloadMapToFile_clicked();
+    void finishFileTask();
+
+private:
+    void detectColor();
+    void discoverMapSlots();
+    void addImages(int kind);
+    void deleteImages(int kind);
+    bool selectedSlotNumber(QVariant& slot);
+    bool selectMapByName(const QString& name);
+    bool typedMap() const;
+    void startFileTask(const QString& transferName, const std::function<bool()>& task);
+    void releaseAfterUntrackedTask();
+    void closeDeviceFile();
+    void log(const QString& message, LogType type);
+    UXCDialogs& dialogs() const;
+
+    std::unique_ptr<Ui::UXCDefectPixelCorrection> ui;
+    UxCamera* m_camera = nullptr;
+    UxCameraFeature* m_features = nullptr;
+    ImageGeometry m_geometry;
+    unsigned int m_maxMapSize = 10000;
+    unsigned int m_defectCount = 0;
+    t_defpix* m_map = nullptr;
+    DefectPixelParams m_darkParams;
+    DefectPixelParams m_brightParams;
+    bool m_bigEndian = true;
+    bool m_registerMode = false;
+    int m_revision = 3;
+    bool m_mapSlotAvailable = false;
+    int m_chunkId = 4096;
+    QString m_saveImageDir;
+    QString m_mapDir;
+    bool m_isColor = false;
+    QFuture<bool> m_fileTask;
+    QFutureWatcher<bool> m_fileTaskWatcher;
+    unsigned int m_transferTotal = 0;
+    QProgressDialog* m_progressDialog = nullptr;
+
+    DefectMatchPatterns m_patterns;
+    std::unique_ptr<UXCDialogs> m_defaultDialogs;
+    UXCDialogs* m_dialogs = nullptr;
+    bool m_finishFileTaskConnected = false;
+};

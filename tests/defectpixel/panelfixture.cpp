@@ -1,0 +1,183 @@
+#include "panelfixture.h"
+
+#include "ApiController.h"
+#include "uxcamera.h"
+#include "uxcamerafeature.h"
+#include "uxcameramanager.h"
+#include "uxdefectpixelcorrection.h"
+
+#include <ZebCPP.h>
+
+#include <QDir>
+#include <QImage>
+#include <QPushButton>
+#include <QtTest>
+
+namespace PanelFixture {
+
+namespace {
+
+QString takeFirst(QStringList& answers)
+{
+    return answers.isEmpty() ? QString() : answers.takeFirst();
+}
+
+} // namespace
+
+QStringList RecordingDialogs::getOpenFileNames(QWidget*, const QString& caption, const QString& dir,
+                                               const QString& filter)
+{
+    calls.append({"open files", caption, filter, dir});
+    QStringList answer;
+    answer.swap(openFileNames);
+    return answer;
+}
+
+QString RecordingDialogs::getOpenFileName(QWidget*, const QString& caption, const QString& dir,
+                                          const QString& filter)
+{
+    calls.append({"open file", caption, filter, dir});
+    return takeFirst(openFileName);
+}
+
+QString RecordingDialogs::getSaveFileName(QWidget*, const QString& caption, const QString& dir,
+                                          const QString& filter)
+{
+    calls.append({"save file", caption, filter, dir});
+    return takeFirst(saveFileName);
+}
+
+QMessageBox::StandardButton RecordingDialogs::information(QWidget*, const QString& title, const QString& text,
+                                                          QMessageBox::StandardButtons)
+{
+    calls.append({"information", title, text, QString()});
+    return QMessageBox::Ok;
+}
+
+QMessageBox::StandardButton RecordingDialogs::critical(QWidget*, const QString& title, const QString& text,
+                                                       QMessageBox::StandardButtons)
+{
+    calls.append({"critical", title, text, QString()});
+    return QMessageBox::Ok;
+}
+
+QMessageBox::StandardButton RecordingDialogs::question(QWidget*, const QString& title, const QString& text,
+                                                       QMessageBox::StandardButtons)
+{
+    calls.append({"question", title, text, QString()});
+    return answer;
+}
+
+QStringList RecordingDialogs::messages() const
+{
+    QStringList lines;
+    for (const Call& call : calls) {
+        if (call.kind == "information" || call.kind == "critical" || call.kind == "question")
+            lines << call.kind + '|' + call.title + '|' + call.text;
+    }
+    return lines;
+}
+
+const RecordingDialogs::Call* RecordingDialogs::last(const QString& kind) const
+{
+    for (auto it = calls.crbegin(); it != calls.crend(); ++it) {
+        if (it->kind == kind)
+            return &*it;
+    }
+    return nullptr;
+}
+
+Session::Session() = default;
+Session::~Session() = default;
+
+bool Session::start()
+{
+    qputenv("ZEB_SIM_CAMERAS", "default");
+    if (ZebCPP::ZebSystem::GetInstance().Startup() != ZebCPP::ZebErrorSuccess)
+        return false;
+    m_controller = std::make_shared<ApiController>();
+    m_manager = std::make_unique<UxCameraManager>(m_controller);
+    return true;
+}
+
+void Session::stop()
+{
+    m_manager.reset();
+    m_controller.reset();
+    ZebCPP::ZebSystem::GetInstance().Shutdown();
+}
+
+QString Session::extendedId(const QString& serial) const
+{
+    std::vector<ZebCPP::CameraPtr> cameras;
+    ZebCPP::ZebSystem::GetInstance().GetCameras(cameras);
+    for (const ZebCPP::CameraPtr& camera : cameras) {
+        std::string value;
+        std::string id;
+        if (camera->GetSerialNumber(value) == ZebCPP::ZebErrorSuccess && QString::fromStdString(value) == serial
+            && camera->GetExtendedID(id) == ZebCPP::ZebErrorSuccess)
+            return QString::fromStdString(id);
+    }
+    return QString();
+}
+
+UxCamera* Session::open(const QString& serial)
+{
+    return m_manager ? m_manager->Open(extendedId(serial)) : nullptr;
+}
+
+bool Session::close(const QString& serial)
+{
+    return m_manager && m_manager->Close(extendedId(serial));
+}
+
+QStringList captureSeries(UxCamera* camera, const QString& dir, const QString& prefix, int count, bool bright)
+{
+    UxCameraFeature* features = camera->GetFeatureContainer();
+    if (!features->SetValue("ExposureTime", 10000.0) || !features->SetValue("SimLightLevel", bright ? 100.0 : 0.0))
+        return {};
+    QVector<QRgb> grey(256);
+    for (int i = 0; i < 256; ++i)
+        grey[i] = qRgb(i, i, i);
+    QStringList paths;
+    for (int i = 0; i < count; ++i) {
+        ZebCPP::FramePtr frame;
+        uint32_t width = 0;
+        uint32_t height = 0;
+        const uint8_t* data = nullptr;
+        if (!camera->AcquireSingleImage(frame, 2000) || frame->GetWidth(width) != ZebCPP::ZebErrorSuccess
+            || frame->GetHeight(height) != ZebCPP::ZebErrorSuccess
+            || frame->GetBuffer(data) != ZebCPP::ZebErrorSuccess)
+            return {};
+        QImage image(data, int(width), int(height), int(width), QImage::Format_Indexed8);
+        image.setColorTable(grey);
+        const QString path = QDir(dir).filePath(QString("%1%2.bmp").arg(prefix).arg(i));
+        if (!image.save(path, "BMP"))
+            return {};
+        paths << path;
+    }
+    features->SetValue("SimLightLevel", 0.0);
+    return paths;
+}
+
+QStringList logLines(const QSignalSpy& spy)
+{
+    QStringList lines;
+    for (const QList<QVariant>& args : spy)
+        lines << QString::number(int(args.at(1).value<LogType>())) + '|' + args.at(0).toString();
+    return lines;
+}
+
+QPushButton* button(UXCDefectPixelCorrection& panel, const char* name)
+{
+    return panel.findChild<QPushButton*>(name);
+}
+
+void click(UXCDefectPixelCorrection& panel, const char* name)
+{
+    QPushButton* target = button(panel, name);
+    QVERIFY2(target, name);
+    QTest::mouseClick(target, Qt::LeftButton);
+}
+
+} // namespace PanelFixture
