@@ -2,22 +2,26 @@
 
 #include "BasicMainWindow.h"
 
-#include <memory>
-
+class QDockWidget;
+class UXCDefectPixelCorrection;
 class UxCamera;
 
-// The application's main window.
+// The application's main window: the camera list while no camera is open, the
+// correction assistant in its place while one is.
 class MainWindow : public BasicMainWindow {
     Q_OBJECT
 
 public:
     explicit MainWindow(QWidget* parent = nullptr);
-    ~MainWindow() override;
+
+    UXCDefectPixelCorrection* Assistant() const { return m_assistant; }
+    QDockWidget* AssistantDock() const { return m_assistantDock; }
+
+private slots:
+    void onInitAssistant(UxCamera* camera);
+    void onResetAssistant();
 
 private:
-    void keepOpenedCamera(UxCamera* camera);
-    void releaseCamera();
-
-    // Whoever receives CameraOpened owns the camera; the window holds it until it is closed.
-    std::unique_ptr<UxCamera> m_camera;
+    UXCDefectPixelCorrection* m_assistant;
+    QDockWidget* m_assistantDock;
 };

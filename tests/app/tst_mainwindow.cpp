@@ -1,6 +1,7 @@
 #include "CameraDiscoveryWidget.h"
 #include "mainwindow.h"
 #include "uxcamera.h"
+#include "uxdefectpixelcorrection.h"
 
 #include <ZebCPP.h>
 #include <sim/simcontrol.h>
@@ -60,6 +61,9 @@ private slots:
     void disconnectsDuringFirmwareUpdate();
     void onlyTheOpenCameraIsClosedOnDisconnect();
     void refusedOpenIsRedAndWindowStaysUsable();
+    void assistantTakesTheCameraListsPlace();
+    void unsupportedCameraIsClosedAgain();
+    void nullCameraResetsTheAssistant();
     void cameraListIsRendered();
 
 private:
@@ -82,6 +86,16 @@ private:
                                          Q_ARG(QString, name));
     }
 
+    // Choosing a camera: the list is shown, the assistant hidden, disabled and empty.
+    void verifyChoosing() const
+    {
+        QCOMPARE(m_window->windowTitle(), m_window->property("defaultTitle").toString());
+        QVERIFY(!m_window->AssistantDock()->isVisible());
+        QVERIFY(panel()->isVisible());
+        QVERIFY(!m_window->Assistant()->isEnabled());
+        QVERIFY(!m_window->Assistant()->camera());
+    }
+
     std::unique_ptr<AboutRecordingWindow> m_window;
 };
 
@@ -97,6 +111,7 @@ void TestMainWindow::init()
 {
     m_window = std::make_unique<AboutRecordingWindow>();
     m_window->setDefaultWindowTitle(QStringLiteral("Corvane Optics Orvel Defect Pixel Correction Assistant"));
+    m_window->setProperty("defaultTitle", m_window->windowTitle());
     m_window->resize(720, 600);
     m_window->show();
     QTRY_VERIFY_WITH_TIMEOUT(panel()->GetApiController() && !QApplication::overrideCursor(), kTimeoutMs);
@@ -210,6 +225,64 @@ void TestMainWindow::refusedOpenIsRedAndWindowStaysUsable()
     open("DEV_KV1230001");
     QCOMPARE(opened.count(), 1);
     QCOMPARE(log()->count(), lines + 1);
+}
+
+void TestMainWindow::assistantTakesTheCameraListsPlace()
+{
+    verifyChoosing();
+    open("DEV_KV1230001");
+    QVERIFY(m_window->AssistantDock()->isVisible());
+    QVERIFY(!panel()->isVisible());
+    QVERIFY(m_window->Assistant()->isEnabled());
+    QVERIFY(m_window->Assistant()->camera());
+    QCOMPARE(m_window->windowTitle(),
+             QStringLiteral("Corvane Optics Orvel Defect Pixel Correction Assistant - %1").arg(kMonoName));
+
+    QTest::mouseClick(m_window->Assistant()->findChild<QPushButton*>(QStringLiteral("btnCloseCamera")),
+                      Qt::LeftButton);
+    QCOMPARE(lastLine(), QStringLiteral("Camera closed: %1").arg(kMonoName));
+    verifyChoosing();
+}
+
+void TestMainWindow::unsupportedCameraIsClosedAgain()
+{
+    // A file-access camera whose slots carry chunk ids the assistant does not offer.
+    const QString json = QStringLiteral(
+        R"({"id": "DEV_RY0009009", "model": "ryn9MGE", "serial": "RY0009009", "name": "No slots",)"
+        R"( "interface": "sim-eth0", "mapAccess": "file", "mapSlots": 2, "slotChunkIds": [4098, 4099]})");
+    QCOMPARE(SimControl::PlugCamera(json.toStdString()), ZebErrorSuccess);
+    auto* tree = panel()->findChild<QTreeView*>(QStringLiteral("treeCameras"));
+    QTRY_VERIFY_WITH_TIMEOUT(!tree->model()->match(tree->model()->index(0, 0), Qt::DisplayRole,
+                                                   QStringLiteral("(DEV_RY0009009)"), 1,
+                                                   Qt::MatchEndsWith | Qt::MatchRecursive).isEmpty(),
+                             kTimeoutMs);
+    QSignalSpy opened(m_window.get(), &BasicMainWindow::CameraOpened);
+    QSignalSpy closed(m_window.get(), &BasicMainWindow::CameraClosed);
+    const int lines = log()->count();
+    open("DEV_RY0009009");
+    QCOMPARE(opened.count(), 1);
+    QCOMPARE(closed.count(), 1);
+    QCOMPARE(log()->item(lines + 1)->text(),
+             QStringLiteral("Unsupported camera (No slots). Defect pixel map selection is unavailable."));
+    QCOMPARE(log()->item(lines + 1)->foreground().color(), QColor("red"));
+    int redLines = 0;
+    for (int i = lines; i < log()->count(); ++i)
+        redLines += log()->item(i)->foreground().color() == QColor("red");
+    QCOMPARE(redLines, 1);
+    verifyChoosing();
+
+    open("DEV_RY0009009"); // closed for real: it opens (and is refused) again
+    QCOMPARE(opened.count(), 2);
+    QCOMPARE(closed.count(), 2);
+    QCOMPARE(SimControl::UnplugCamera("RY0009009"), ZebErrorSuccess);
+}
+
+void TestMainWindow::nullCameraResetsTheAssistant()
+{
+    open("DEV_KV1230001");
+    QVERIFY(m_window->Assistant()->isEnabled());
+    QVERIFY(QMetaObject::invokeMethod(m_window.get(), "CameraOpened", Q_ARG(UxCamera*, nullptr)));
+    verifyChoosing();
 }
 
 // Kept in the build tree, so that a person can judge the layout.
