@@ -95,10 +95,11 @@ void TestPanelFaults::resetDuringTransferLeavesNothingBehind()
     QCOMPARE(panel.findChild<QListWidget*>("listDarkImagePath")->count(), 0);
     QCOMPARE(panel.findChild<QComboBox*>("cmbDefectPixelMapSelector")->count(), 0);
     QVERIFY(m_session.close(kMonoFile));
-    // The task ran to its end before the camera went: the slot holds the whole map.
+    // A task the reset cancelled before it started leaves the previous (empty) map;
+    // one that had started ran to its end before the camera went. Never half a map.
     std::vector<ZebCPP::SimControl::SimMapEntry> slot;
     ZebCPP::SimControl::GetStoredMap(kMonoFile, 1, slot);
-    QCOMPARE(slot.size(), size_t(count));
+    QVERIFY2(slot.empty() || slot.size() == count, qPrintable(QString::number(slot.size())));
 
     // A camera bound after a reset still gets its buttons and progress window back
     // after a transfer, although finishFileTask no longer reports it.
