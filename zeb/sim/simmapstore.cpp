@@ -62,20 +62,17 @@ bool SimMapStore::store(uint32_t slot, const std::vector<uint8_t>& container)
 
 ZebErrorType SimMapStore::setX(uint32_t slot, uint32_t index, uint32_t x)
 {
-    ZebErrorType err = changeable(slot);
-    if (err != ZebErrorSuccess)
-        return err;
-    Slot& s = slots_[slot];
-    if (index > s.entries.size() || index >= maxSize_)
-        return ZebErrorInvalidValue;
-    if (index == s.entries.size())
-        s.entries.push_back({});
-    s.entries[index].x = x;
-    rebuildContainer(s);
-    return ZebErrorSuccess;
+    return setCoordinate(slot, index, &SimControl::SimMapEntry::x, x);
 }
 
 ZebErrorType SimMapStore::setY(uint32_t slot, uint32_t index, uint32_t y)
+{
+    return setCoordinate(slot, index, &SimControl::SimMapEntry::y, y);
+}
+
+// Writing the entry just past the end appends one, as the device's X/Y features do.
+ZebErrorType SimMapStore::setCoordinate(uint32_t slot, uint32_t index, uint32_t SimControl::SimMapEntry::*field,
+                                        uint32_t value)
 {
     ZebErrorType err = changeable(slot);
     if (err != ZebErrorSuccess)
@@ -85,7 +82,7 @@ ZebErrorType SimMapStore::setY(uint32_t slot, uint32_t index, uint32_t y)
         return ZebErrorInvalidValue;
     if (index == s.entries.size())
         s.entries.push_back({});
-    s.entries[index].y = y;
+    s.entries[index].*field = value;
     rebuildContainer(s);
     return ZebErrorSuccess;
 }

@@ -46,6 +46,8 @@ private:
     };
 
     ZebErrorType changeable(uint32_t slot) const;
+    ZebErrorType setCoordinate(uint32_t slot, uint32_t index, uint32_t SimControl::SimMapEntry::*field,
+                               uint32_t value);
     void rebuildContainer(Slot& slot);
     SimControl::SimMapEntry decode(uint32_t word) const;
 
