@@ -1,0 +1,516 @@
+#include "CameraDiscoveryWidget.h"
+#include "defectmapcontainer.h"
+#include "mainwindow.h"
+#include "panelfixture.h"
+#include "uxcamera.h"
+#include "uxdefectpixelcorrection.h"
+
+#include <ZebCPP.h>
+#include <sim/simcontrol.h>
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
+#include <QDockWidget>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QProgressBar>
+#include <QProgressDialog>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTreeView>
+#include <QtTest>
+
+#include <memory>
+#include <set>
+
+using namespace PanelFixture;
+using namespace ZebCPP;
+using SimControl::SimMapEntry;
+
+namespace {
+
+// The SDK starts and transfers run on worker threads of a machine shared by sanitized builds.
+constexpr int kTimeoutMs = 30000;
+
+using Position = std::pair<uint32_t, uint32_t>;
+
+std::vector<SimMapEntry> stored(const char* serial, uint32_t slot)
+{
+    std::vector<SimMapEntry> entries;
+    SimControl::GetStoredMap(serial, slot, entries);
+    return entries;
+}
+
+std::set<Position> positions(const std::vector<SimMapEntry>& entries)
+{
+    std::set<Position> result;
+    for (const SimMapEntry& e : entries)
+        result.insert({e.x, e.y});
+    return result;
+}
+
+std::set<Position> positions(const t_defpix* map, unsigned int count)
+{
+    std::set<Position> result;
+    for (unsigned int i = 0; i < count; ++i)
+        result.insert({map[i].x, map[i].y});
+    return result;
+}
+
+QByteArray fileBytes(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QByteArray bytesOf(const std::vector<unsigned char>& data)
+{
+    return QByteArray(reinterpret_cast<const char*>(data.data()), int(data.size()));
+}
+
+QByteArray deviceFile(const char* serial, const char* name)
+{
+    std::vector<uint8_t> content;
+    SimControl::GetDeviceFile(serial, name, content);
+    return QByteArray(reinterpret_cast<const char*>(content.data()), int(content.size()));
+}
+
+bool writeFile(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+// A camera whose sensor has one hot pixel more than its map may hold.
+const char* const kSmallMapJson = R"({ "id": "DEV_SML0001", "model": "kvd123MXGE", "serial": "SML0001",
+    "name": "Small map", "interface": "sim-eth0", "mapAccess": "file", "mapRevision": 3, "mapSlots": 2,
+    "mapMaxSize": 8, "factoryMapSize": 2,
+    "sensor": { "width": 96, "height": 64, "seed": 7, "hot": 9, "dead": 0, "stuck": 0, "clusters": 0 } })";
+
+// A camera whose maps span several file-access blocks.
+const char* const kLargeMapJson = R"({ "id": "DEV_LRG0001", "model": "kvd123MXGE", "serial": "LRG0001",
+    "name": "Large map", "interface": "sim-eth0", "mapAccess": "file", "mapRevision": 3, "mapSlots": 2,
+    "mapMaxSize": 40000, "sensor": { "width": 200, "height": 150 } })";
+
+} // namespace
+
+// The whole assistant as a user drives it: the camera chosen in the list, the
+// dialogs answered, the maps checked inside the simulated cameras.
+class TestAssistantEndToEnd : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void monochromeFileAccessCamera();
+    void colourCameraOfRevision4();
+    void bigEndianRegisterCamera();
+    void mapStopsAtTheCamerasMaximum();
+    void largeAndEmptyLocalMapFiles();
+    void cameraUnpluggedDuringUpload();
+
+private:
+    UXCDefectPixelCorrection& assistant() const { return *m_window->Assistant(); }
+    QComboBox* selector() const { return assistant().findChild<QComboBox*>("cmbDefectPixelMapSelector"); }
+    QListWidget* log() const { return m_window->findChild<QListWidget*>("logList"); }
+    QStringList logText() const;
+    bool open(const QString& plainId);
+    void closeCamera();
+    void verifyChoosing() const;
+    void selectSlot(int index);
+    void addImages(const char* button, const QStringList& paths);
+    void generate();
+    void waitForTransfer(const QString& transfer);
+
+    std::unique_ptr<MainWindow> m_window;
+    std::unique_ptr<RecordingDialogs> m_dialogs;
+    QTemporaryDir m_dir;
+};
+
+void TestAssistantEndToEnd::initTestCase()
+{
+    qputenv("ZEB_SIM_CAMERAS", "default");
+    qunsetenv("ZEB_GEV_ADDRESSES");
+    QStandardPaths::setTestModeEnabled(true);
+    QVERIFY(m_dir.isValid());
+}
+
+void TestAssistantEndToEnd::init()
+{
+    m_dialogs = std::make_unique<RecordingDialogs>();
+    m_window = std::make_unique<MainWindow>();
+    m_window->setDefaultWindowTitle(QStringLiteral("Corvane Optics Orvel Defect Pixel Correction Assistant"));
+    m_window->Assistant()->setDialogs(m_dialogs.get());
+    m_window->resize(760, 900);
+    m_window->show();
+    auto* cameras = m_window->findChild<CameraDiscoveryWidget*>();
+    QTRY_VERIFY_WITH_TIMEOUT(cameras->GetApiController() && !QApplication::overrideCursor(), kTimeoutMs);
+}
+
+void TestAssistantEndToEnd::cleanup()
+{
+    m_window.reset();
+    m_dialogs.reset();
+}
+
+QStringList TestAssistantEndToEnd::logText() const
+{
+    QStringList lines;
+    for (int i = 0; i < log()->count(); ++i)
+        lines << log()->item(i)->text();
+    return lines;
+}
+
+// Waits for the camera's row, selects it and presses "Open Selected Camera".
+bool TestAssistantEndToEnd::open(const QString& plainId)
+{
+    auto* cameras = m_window->findChild<CameraDiscoveryWidget*>();
+    auto* tree = cameras->findChild<QTreeView*>("treeCameras");
+    QModelIndexList rows;
+    const bool listed = QTest::qWaitFor(
+        [&] {
+            rows = tree->model()->match(tree->model()->index(0, 0), Qt::DisplayRole, '(' + plainId + ')', 1,
+                                        Qt::MatchEndsWith | Qt::MatchRecursive);
+            return !rows.isEmpty();
+        },
+        kTimeoutMs);
+    if (!listed)
+        return false;
+    tree->setCurrentIndex(rows.first());
+    QTest::mouseClick(cameras->findChild<QPushButton*>("btnOpenCamera"), Qt::LeftButton);
+    return assistant().camera() && m_window->AssistantDock()->isVisible();
+}
+
+void TestAssistantEndToEnd::closeCamera()
+{
+    click(assistant(), "btnCloseCamera");
+    verifyChoosing();
+}
+
+void TestAssistantEndToEnd::verifyChoosing() const
+{
+    QCOMPARE(m_window->windowTitle(), QStringLiteral("Corvane Optics Orvel Defect Pixel Correction Assistant"));
+    QVERIFY(!m_window->AssistantDock()->isVisible());
+    QVERIFY(m_window->findChild<CameraDiscoveryWidget*>()->isVisible());
+    QVERIFY(!assistant().isEnabled());
+    QVERIFY(!assistant().camera());
+    QVERIFY(!assistant().findChild<QProgressDialog*>()->isVisible());
+}
+
+void TestAssistantEndToEnd::selectSlot(int index)
+{
+    selector()->setCurrentIndex(index);
+    emit selector()->activated(index);
+}
+
+void TestAssistantEndToEnd::addImages(const char* button, const QStringList& paths)
+{
+    QVERIFY(!paths.isEmpty());
+    m_dialogs->openFileNames = paths;
+    click(assistant(), button);
+}
+
+void TestAssistantEndToEnd::generate()
+{
+    click(assistant(), "btnGenerateMap");
+    QCOMPARE(log()->item(log()->count() - 1)->text(), QStringLiteral("Map successfully generated."));
+}
+
+void TestAssistantEndToEnd::waitForTransfer(const QString& transfer)
+{
+    const QString done = "information|File Access|" + transfer + " task has been successfully done.";
+    QTRY_VERIFY2_WITH_TIMEOUT(m_dialogs->messages().contains(done), qPrintable(m_dialogs->messages().join('\n')),
+                              kTimeoutMs);
+    QVERIFY(!assistant().isFileTaskRunning());
+    QVERIFY(!assistant().findChild<QProgressDialog*>()->isVisible());
+}
+
+void TestAssistantEndToEnd::monochromeFileAccessCamera()
+{
+    QVERIFY(open("DEV_KV1230001"));
+    QCOMPARE(m_window->windowTitle(),
+             QStringLiteral("Corvane Optics Orvel Defect Pixel Correction Assistant - Inspection mono"));
+    UxCamera* camera = assistant().camera();
+    QVERIFY(!assistant().isRegisterMode());
+    QCOMPARE(assistant().revision(), 3);
+    QVERIFY(assistant().findChild<QTabWidget*>("tabWidget")->isTabVisible(1));
+    QVERIFY(assistant().findChild<QLabel*>("lblCameraName")->text().endsWith("\nFirmware: FW 2.4.1 build 311\n"));
+    QCOMPARE(selector()->count(), 4);
+    QCOMPARE(selector()->itemText(0), QString("DefPixMap0"));
+    QCOMPARE(selector()->itemData(1, Qt::UserRole + 3).toInt(), 4096);
+    QCOMPARE(selector()->itemData(0, Qt::UserRole + 2).toBool(), true);
+    QCOMPARE(selector()->itemData(1, Qt::UserRole + 2).toBool(), false);
+    QVERIFY(!button(assistant(), "btnGenerateMap")->isEnabled());
+    QVERIFY(button(assistant(), "btnDownloadMapToFile")->isEnabled());
+
+    addImages("btnAddDarkImage", captureSeries(camera, m_dir.path(), "monodark", 4, false));
+    QCOMPARE(m_dialogs->last("open files")->title, QString("Image paths"));
+    QCOMPARE(m_dialogs->last("open files")->text, QString("Bitmap (*.bmp)"));
+    addImages("btnAddBrightImage", captureSeries(camera, m_dir.path(), "monobright", 4, true));
+    QCOMPARE(m_dialogs->last("open files")->dir, m_dir.path());
+    QCOMPARE(assistant().imageGeometry().pixelCount, 640u * 480u);
+    generate();
+    QCOMPARE(assistant().findChild<QLineEdit*>("txtDefectPixelCount")->text(),
+             QString::number(assistant().defectCount()));
+    // The factory slot is still selected: it cannot be written.
+    QVERIFY(!button(assistant(), "btnUploadMapToCam")->isEnabled());
+
+    // Every seeded defect is found, and nothing else.
+    const unsigned int count = assistant().defectCount();
+    const std::set<Position> found = positions(assistant().defectMap(), count);
+    std::vector<SimControl::SimDefect> seeded;
+    QCOMPARE(SimControl::GetDefects(kMonoFile, seeded), ZebErrorSuccess);
+    QStringList missed;
+    std::set<Position> expected;
+    for (const SimControl::SimDefect& d : seeded) {
+        expected.insert({d.x, d.y});
+        if (!found.count({d.x, d.y}))
+            missed << QString("%1 at %2,%3").arg(SimControl::DefectKindName(d.kind)).arg(d.x).arg(d.y);
+    }
+    QVERIFY2(missed.isEmpty(), qPrintable("seeded defects not found: " + missed.join(", ")));
+    QCOMPARE(found, expected);
+
+    QVERIFY(QDir().mkpath(QStringLiteral(DPC_ARTIFACT_DIR)));
+    const QString shot = QStringLiteral(DPC_ARTIFACT_DIR "/assistant-generated-map.png");
+    QVERIFY(m_window->grab().save(shot));
+    qInfo("Assistant rendered to %s", qPrintable(shot));
+
+    selectSlot(1);
+    QSignalSpy progress(camera, &UxCamera::updateTransferProcess);
+    click(assistant(), "btnUploadMapToCam");
+    QCOMPARE(m_dialogs->last("question")->text,
+             QString("The uploaded map would overwrite the selected map 'DefPixMap1'.\nStart upload?"));
+    waitForTransfer("Upload Generated Map");
+    const QByteArray container =
+        bytesOf(assistant().buildDefPixContainerBuffer(3, 4096, count, assistant().defectMap(), 640, 640 * 480));
+    QVERIFY(logText().contains(QString("Upload Generated Map 'DefPixMap1': %1 bytes written.").arg(container.size())));
+    QVERIFY(!progress.isEmpty());
+    QCOMPARE(progress.last().at(0).toLongLong(), 0ll);
+    QCOMPARE(deviceFile(kMonoFile, "DefPixMap1"), container);
+
+    m_dialogs->saveFileName = QStringList{m_dir.filePath("slot1")};
+    click(assistant(), "btnDownloadMapToFile");
+    QCOMPARE(m_dialogs->last("save file")->title, QString("Download File As"));
+    QCOMPARE(m_dialogs->last("save file")->text, QString("Bin (*.bin)"));
+    waitForTransfer("Download");
+    QCOMPARE(fileBytes(m_dir.filePath("slot1.bin")), container);
+
+    m_dialogs->saveFileName = QStringList{m_dir.filePath("saved")};
+    click(assistant(), "btnSaveMapToFile");
+    QCOMPARE(m_dialogs->last("save file")->title, QString("Export Map"));
+    QCOMPARE(fileBytes(m_dir.filePath("saved.bin")), container);
+
+    selectSlot(2);
+    m_dialogs->openFileName = QStringList{m_dir.filePath("saved.bin")};
+    click(assistant(), "btnUploadLocalMap");
+    QCOMPARE(m_dialogs->last("question")->text,
+             QString("The uploaded map would overwrite the selected map 'DefPixMap2'.\nDo you want to proceed?"));
+    QCOMPARE(m_dialogs->last("open file")->title, QString("Upload Local Map"));
+    QCOMPARE(m_dialogs->last("open file")->text, QString("Bin (*.bin)"));
+    waitForTransfer("Upload Local File");
+    QVERIFY(logText().contains(QString("Upload Local File 'DefPixMap2': %1 bytes written.").arg(container.size())));
+    QCOMPARE(deviceFile(kMonoFile, "DefPixMap2"), container);
+    QCOMPARE(positions(stored(kMonoFile, 2)), found);
+    QVERIFY(button(assistant(), "btnUploadLocalMap")->isEnabled());
+    QVERIFY(!button(assistant(), "btnUploadMapToCam")->isEnabled());
+
+    closeCamera();
+    QCOMPARE(log()->item(log()->count() - 1)->text(), QStringLiteral("Camera closed: Inspection mono"));
+}
+
+void TestAssistantEndToEnd::colourCameraOfRevision4()
+{
+    QVERIFY(open("DEV_PM5000002"));
+    QVERIFY(!assistant().findChild<QTabWidget*>("tabWidget")->isTabVisible(1));
+    QCOMPARE(button(assistant(), "btnGenerateMap")->toolTip(),
+             QString("Generate map from the resulting dark mean images."));
+    addImages("btnAddDarkImage", captureSeries(assistant().camera(), m_dir.path(), "colourdark", 3, false));
+    generate();
+    const unsigned int count = assistant().defectCount();
+    QVERIFY(count > 0);
+    for (unsigned int i = 0; i < count; ++i) {
+        const uint32_t type = assistant().defectMap()[i].type;
+        QVERIFY2(type >= 101 && type <= 113, qPrintable(QString::number(type)));
+    }
+
+    selectSlot(1);
+    click(assistant(), "btnUploadMapToCam");
+    waitForTransfer("Upload Generated Map");
+    m_dialogs->saveFileName = QStringList{m_dir.filePath("colour")};
+    click(assistant(), "btnDownloadMapToFile");
+    waitForTransfer("Download");
+    const QByteArray bytes = fileBytes(m_dir.filePath("colour.bin"));
+    DefPixContainer container;
+    QVERIFY(checkDefPixContainerBuffer(reinterpret_cast<const unsigned char*>(bytes.constData()), size_t(bytes.size()),
+                                       4, &container));
+    QCOMPARE(container.chunkId, 4100u);
+    QCOMPARE(container.size, 32u + 12u * count);
+    const std::vector<SimMapEntry> slot = stored(kColourFile, 1);
+    QCOMPARE(slot.size(), size_t(count));
+    for (unsigned int i = 0; i < count; ++i) {
+        QCOMPARE(container.entries[i].x, assistant().defectMap()[i].x);
+        QCOMPARE(container.entries[i].type, assistant().defectMap()[i].type);
+        QCOMPARE(slot[i].type, assistant().defectMap()[i].type);
+    }
+    closeCamera();
+}
+
+void TestAssistantEndToEnd::bigEndianRegisterCamera()
+{
+    QVERIFY(open("DEV_RY1300003"));
+    QVERIFY(assistant().isRegisterMode());
+    QVERIFY(assistant().isBigEndian());
+    QCOMPARE(selector()->count(), 3);
+    QCOMPARE(selector()->itemText(2), QString("DefPixMap2"));
+    addImages("btnAddDarkImage", captureSeries(assistant().camera(), m_dir.path(), "regdark", 2, false));
+    generate();
+    const unsigned int count = assistant().defectCount();
+    QVERIFY(count > 0);
+    const std::vector<t_defpix> generated(assistant().defectMap(), assistant().defectMap() + count);
+
+    click(assistant(), "btnUploadMapToCam");
+    QVERIFY(m_dialogs->messages().contains(
+        "critical|Upload Defect Pixel Map|Upload failed: upload to factory map is protected!"));
+    QVERIFY(logText().contains("Upload Map  failed."));
+    QCOMPARE(stored(kRegisterMono, 0).size(), size_t(5));
+
+    selectSlot(1);
+    click(assistant(), "btnUploadMapToCam");
+    QVERIFY(logText().contains("Upload Map  succeeded."));
+    QVERIFY(assistant().downloadMap_RegisterAccess());
+    QCOMPARE(assistant().defectCount(), count);
+    for (unsigned int i = 0; i < count; ++i) {
+        QCOMPARE(assistant().defectMap()[i].x, generated[i].x);
+        QCOMPARE(assistant().defectMap()[i].y, generated[i].y);
+    }
+
+    m_dialogs->saveFileName = QStringList{m_dir.filePath("regmap")};
+    click(assistant(), "btnDownloadMapToFile");
+    QCOMPARE(m_dialogs->last("save file")->title, QString("Export Map"));
+    QCOMPARE(m_dialogs->last("save file")->text, QString("Text (*.txt)"));
+    QVERIFY(logText().contains("Download device file  succeeded."));
+    QFile text(m_dir.filePath("regmap.txt"));
+    QVERIFY(text.open(QIODevice::ReadOnly));
+    QCOMPARE(text.readAll().count('\n'), int(count));
+
+    selectSlot(2);
+    m_dialogs->openFileName = QStringList{text.fileName()};
+    click(assistant(), "btnUploadLocalMap");
+    QCOMPARE(m_dialogs->last("open file")->title, QString("Import Map"));
+    QCOMPARE(m_dialogs->last("open file")->text, QString("Text (*.txt)"));
+    QVERIFY(logText().contains("Upload Local Map  succeeded."));
+    QCOMPARE(positions(stored(kRegisterMono, 2)), positions(generated.data(), count));
+
+    // The camera holds 2000 entries: exactly that many are written, one more is refused.
+    std::vector<t_defpix> full(2001);
+    for (unsigned int i = 0; i < full.size(); ++i)
+        full[i] = {i % 1000, i / 1000, 0};
+    QVERIFY(assistant().upload_defpix_map_genicam(full.data(), 2000));
+    QCOMPARE(stored(kRegisterMono, 2).size(), size_t(2000));
+    QVERIFY(!assistant().upload_defpix_map_genicam(full.data(), 2001));
+    QVERIFY(logText().contains("Upload failed: maximum number of defect pixels exceeded!"));
+    // The slot is cleared before the camera's maximum is asked for.
+    QVERIFY(stored(kRegisterMono, 2).empty());
+    closeCamera();
+}
+
+void TestAssistantEndToEnd::mapStopsAtTheCamerasMaximum()
+{
+    QCOMPARE(SimControl::PlugCamera(kSmallMapJson), ZebErrorSuccess);
+    QVERIFY(open("DEV_SML0001"));
+    addImages("btnAddDarkImage", captureSeries(assistant().camera(), m_dir.path(), "smalldark", 2, false));
+    generate();
+
+    // The first eight hot pixels in raster order fill the map; the ninth is dropped.
+    std::vector<SimControl::SimDefect> seeded;
+    QCOMPARE(SimControl::GetDefects("SML0001", seeded), ZebErrorSuccess);
+    QCOMPARE(seeded.size(), size_t(9));
+    std::vector<Position> raster;
+    for (const SimControl::SimDefect& d : seeded)
+        raster.push_back({d.x, d.y});
+    std::sort(raster.begin(), raster.end(), [](const Position& a, const Position& b) {
+        return std::tie(a.second, a.first) < std::tie(b.second, b.first);
+    });
+    QCOMPARE(assistant().defectCount(), 8u);
+    for (unsigned int i = 0; i < 8; ++i)
+        QCOMPARE(Position(assistant().defectMap()[i].x, assistant().defectMap()[i].y), raster[i]);
+    QVERIFY(button(assistant(), "btnSaveMapToFile")->isEnabled());
+
+    selectSlot(1);
+    click(assistant(), "btnUploadMapToCam");
+    waitForTransfer("Upload Generated Map");
+    QCOMPARE(stored("SML0001", 1).size(), size_t(8));
+    closeCamera();
+    QCOMPARE(SimControl::UnplugCamera("SML0001"), ZebErrorSuccess);
+}
+
+void TestAssistantEndToEnd::largeAndEmptyLocalMapFiles()
+{
+    QCOMPARE(SimControl::PlugCamera(kLargeMapJson), ZebErrorSuccess);
+    QVERIFY(open("DEV_LRG0001"));
+    std::vector<t_defpix> map(30000);
+    for (unsigned int i = 0; i < map.size(); ++i)
+        map[i] = {i % 200, i / 200, 0};
+    const QByteArray large =
+        bytesOf(assistant().buildDefPixContainerBuffer(3, 4096, map.size(), map.data(), 200, 200 * 150));
+    QVERIFY(large.size() > 3 * 65536);
+    QVERIFY(writeFile(m_dir.filePath("large.bin"), large));
+    QVERIFY(writeFile(m_dir.filePath("empty.bin"), QByteArray()));
+
+    // Four blocks: the second is the first one shown between the ends.
+    QSignalSpy bar(assistant().findChild<QProgressDialog*>()->findChild<QProgressBar*>(), &QProgressBar::valueChanged);
+    selectSlot(1);
+    m_dialogs->openFileName = QStringList{m_dir.filePath("large.bin")};
+    click(assistant(), "btnUploadLocalMap");
+    waitForTransfer("Upload Local File");
+    QVERIFY(std::any_of(bar.cbegin(), bar.cend(), [](const QList<QVariant>& args) {
+        return args.at(0).toInt() > 0 && args.at(0).toInt() < 100;
+    }));
+    QCOMPARE(deviceFile("LRG0001", "DefPixMap1"), large);
+
+    // Nothing written is a failure, and the map already in the slot stays.
+    m_dialogs->openFileName = QStringList{m_dir.filePath("empty.bin")};
+    click(assistant(), "btnUploadLocalMap");
+    QTRY_VERIFY_WITH_TIMEOUT(
+        m_dialogs->messages().contains("critical|File Access|Upload Local File Error occurs during File Access."),
+        kTimeoutMs);
+    QVERIFY(logText().contains("Upload Local File 'DefPixMap1' failed: 0 bytes written."));
+    QCOMPARE(log()->item(logText().indexOf("Upload Local File 'DefPixMap1' failed: 0 bytes written."))
+                 ->foreground()
+                 .color(),
+             QColor("red"));
+    QTRY_VERIFY(button(assistant(), "btnUploadLocalMap")->isEnabled());
+    QCOMPARE(deviceFile("LRG0001", "DefPixMap1"), large);
+    closeCamera();
+    QCOMPARE(SimControl::UnplugCamera("LRG0001"), ZebErrorSuccess);
+}
+
+void TestAssistantEndToEnd::cameraUnpluggedDuringUpload()
+{
+    QVERIFY(open("DEV_KV1230001"));
+    addImages("btnAddDarkImage", captureSeries(assistant().camera(), m_dir.path(), "unplugdark", 2, false));
+    generate();
+    selectSlot(3);
+    const QByteArray before = deviceFile(kMonoFile, "DefPixMap3");
+
+    QCOMPARE(SimControl::DisconnectAfterBytes(kMonoFile, 8), ZebErrorSuccess);
+    click(assistant(), "btnUploadMapToCam");
+    QTRY_VERIFY_WITH_TIMEOUT(!assistant().camera(), kTimeoutMs);
+    verifyChoosing();
+    QTRY_VERIFY_WITH_TIMEOUT(logText().contains("Upload Generated Map 'DefPixMap3' failed: 0 bytes written."),
+                             kTimeoutMs);
+    QVERIFY(logText().contains("Camera disconnected: Inspection mono (SimGEV::DEV_KV1230001)"));
+
+    // Back again with the map it had, and usable.
+    QCOMPARE(SimControl::ReplugCamera(kMonoFile), ZebErrorSuccess);
+    QCOMPARE(deviceFile(kMonoFile, "DefPixMap3"), before);
+    QVERIFY(open("DEV_KV1230001"));
+    closeCamera();
+}
+
+QTEST_MAIN(TestAssistantEndToEnd)
+#include "tst_assistant_endtoend.moc"
