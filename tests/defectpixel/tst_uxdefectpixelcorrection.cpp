@@ -10,9 +10,13 @@
 #include <QListWidget>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QSemaphore>
+#include <QThreadPool>
+#include <QtConcurrent>
 #include <QtTest>
 
 using namespace PanelFixture;
+using ZebCPP::SimControl::SimMapEntry;
 
 namespace {
 
@@ -23,6 +27,20 @@ const char* const kOddSlotsJson = R"({ "id": "DEV_ODD0001", "model": "kvd123MXGE
     "name": "Odd slots", "interface": "sim-usb0", "bigEndian": false, "mapAccess": "file",
     "mapRevision": 3, "mapSlots": 5, "slotChunkIds": [4096, 4098, 4099, 4097, 4100],
     "sensor": { "width": 64, "height": 64, "seed": 3 } })";
+
+constexpr const char* kSlowTransfers = "SLW0001";
+
+// Every file operation takes a while, so that a transfer can be caught under way.
+const char* const kSlowTransfersJson = R"({ "id": "DEV_SLW0001", "model": "kvd123MXGE", "serial": "SLW0001",
+    "name": "Slow transfers", "interface": "sim-usb0", "mapAccess": "file", "fileOperationDelayMs": 20,
+    "mapMaxSize": 40000, "sensor": { "width": 200, "height": 100, "seed": 5 } })";
+
+std::vector<SimMapEntry> stored(const char* serial, uint32_t slot)
+{
+    std::vector<SimMapEntry> entries;
+    ZebCPP::SimControl::GetStoredMap(serial, slot, entries);
+    return entries;
+}
 
 void selectSlot(UXCDefectPixelCorrection& panel, int index)
 {
@@ -41,7 +59,7 @@ void typeThreshold(UXCDefectPixelCorrection& panel, const char* name, const QStr
 
 } // namespace
 
-// The panel's input rules, the slots it offers and a transfer cut short by a reset.
+// The panel's input rules, the slots it offers and a transfer met by a reset.
 class TestPanel : public QObject {
     Q_OBJECT
 
@@ -51,7 +69,7 @@ private slots:
 
     void inputRulesAndStreamingGuard();
     void chunkIdsHideSlots();
-    void resetDuringTransferLeavesNothingBehind();
+    void resetDuringTransferNeverLeavesHalfAMap();
 
 private:
     Session m_session;
@@ -65,6 +83,7 @@ void TestPanel::initTestCase()
     if (!m_session.start())
         QSKIP("the simulated cameras are not available");
     QCOMPARE(ZebCPP::SimControl::PlugCamera(kOddSlotsJson), ZebCPP::ZebErrorSuccess);
+    QCOMPARE(ZebCPP::SimControl::PlugCamera(kSlowTransfersJson), ZebCPP::ZebErrorSuccess);
 }
 
 void TestPanel::cleanupTestCase()
@@ -154,37 +173,67 @@ void TestPanel::chunkIdsHideSlots()
     QVERIFY(m_session.close(kOddSlots));
 }
 
-void TestPanel::resetDuringTransferLeavesNothingBehind()
+void TestPanel::resetDuringTransferNeverLeavesHalfAMap()
 {
     UXCDefectPixelCorrection panel;
     RecordingDialogs dialogs;
     panel.setDialogs(&dialogs);
-    UxCamera* camera = m_session.open(kMonoFile);
+
+    // Mid-transfer, one block of three written: the reset waits for the upload's end,
+    // so the slot holds the whole map.
+    UxCamera* camera = m_session.open(kSlowTransfers);
     QVERIFY(panel.Init(camera));
-    dialogs.openFileNames = captureSeries(camera, m_dir.path(), "dark", 2, false);
+    selectSlot(panel, 1);
+    std::vector<t_defpix> map(20000);
+    for (unsigned int i = 0; i < map.size(); ++i)
+        map[i] = {i % 200, i / 200, 0};
+    const std::vector<unsigned char> container =
+        panel.buildDefPixContainerBuffer(3, 4096, map.size(), map.data(), 200, 200 * 100);
+    QFile large(m_dir.filePath("large.bin"));
+    QVERIFY(large.open(QIODevice::WriteOnly));
+    QCOMPARE(large.write(reinterpret_cast<const char*>(container.data()), qint64(container.size())),
+             qint64(container.size()));
+    large.close();
+    QSignalSpy progress(camera, &UxCamera::updateTransferProcess);
+    dialogs.openFileName = QStringList{large.fileName()};
+    click(panel, "btnUploadLocalMap");
+    QTRY_VERIFY(!progress.isEmpty());
+    panel.Reset();
+    QVERIFY(m_session.close(kSlowTransfers));
+    QCOMPARE(stored(kSlowTransfers, 1).size(), map.size());
+
+    // Queued behind busy workers: the reset cancels the upload before it starts and
+    // the slot keeps that map.
+    QVERIFY(panel.Init(m_session.open(kSlowTransfers)));
+    dialogs.openFileNames = captureSeries(panel.camera(), m_dir.path(), "slowdark", 2, false);
     click(panel, "btnAddDarkImage");
     click(panel, "btnGenerateMap");
-    const unsigned int count = panel.defectCount();
     selectSlot(panel, 1);
+    QVERIFY(button(panel, "btnUploadMapToCam")->isEnabled());
+    QThreadPool* pool = QThreadPool::globalInstance();
+    QSemaphore hold;
+    std::vector<QFuture<void>> busy;
+    for (int i = 0; i < pool->maxThreadCount(); ++i)
+        busy.push_back(QtConcurrent::run([&hold] { hold.acquire(); }));
+    QTRY_COMPARE(pool->activeThreadCount(), pool->maxThreadCount());
     click(panel, "btnUploadMapToCam");
     panel.Reset();
+    hold.release(pool->maxThreadCount());
+    for (QFuture<void>& worker : busy)
+        worker.waitForFinished();
     QVERIFY(!panel.isFileTaskRunning());
     QVERIFY(!panel.camera());
     QVERIFY(!panel.defectMap());
     QCOMPARE(panel.findChild<QListWidget*>("listDarkImagePath")->count(), 0);
     QCOMPARE(panel.findChild<QComboBox*>("cmbDefectPixelMapSelector")->count(), 0);
-    QVERIFY(m_session.close(kMonoFile));
-    // A task the reset cancelled before it started leaves the previous (empty) map;
-    // one that had started ran to its end before the camera went. Never half a map.
-    std::vector<ZebCPP::SimControl::SimMapEntry> slot;
-    ZebCPP::SimControl::GetStoredMap(kMonoFile, 1, slot);
-    QVERIFY2(slot.empty() || slot.size() == count, qPrintable(QString::number(slot.size())));
+    QVERIFY(m_session.close(kSlowTransfers));
+    QCOMPARE(stored(kSlowTransfers, 1).size(), map.size());
+
 
     // A camera bound after a reset still gets its buttons and progress window back
     // after a transfer, although finishFileTask no longer reports it.
-    camera = m_session.open(kMonoFile);
-    QVERIFY(panel.Init(camera));
-    selectSlot(panel, 2);
+    QVERIFY(panel.Init(m_session.open(kOddSlots)));
+    selectSlot(panel, 1);
     dialogs.calls.clear();
     dialogs.saveFileName = QStringList{m_dir.filePath("after-reset")};
     click(panel, "btnDownloadMapToFile");
@@ -193,7 +242,7 @@ void TestPanel::resetDuringTransferLeavesNothingBehind()
     QVERIFY(!panel.findChild<QProgressDialog*>()->isVisible());
     QVERIFY(!dialogs.messages().join('\n').contains("File Access"));
     panel.Reset();
-    QVERIFY(m_session.close(kMonoFile));
+    QVERIFY(m_session.close(kOddSlots));
 }
 
 QTEST_MAIN(TestPanel)
