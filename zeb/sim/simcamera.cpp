@@ -28,6 +28,12 @@ bool grantsFull(AccessModeType access)
     return (access & (AccessModeFull | AccessModeExclusive)) != 0;
 }
 
+// Bit position of byte b of a register word on the wire.
+int byteShift(bool bigEndian, int b)
+{
+    return bigEndian ? 24 - 8 * b : 8 * b;
+}
+
 } // namespace
 
 SimCamera::SimCamera(const SimCameraDescription& description, InterfaceType type)
@@ -171,10 +177,8 @@ ZebErrorType SimCamera::readMemory(uint64_t connection, uint64_t address, uint8_
         if (!transferLocked(size))
             return ZebErrorBadHandle;
         for (size_t i = 0; i < words.size(); ++i) {
-            for (int b = 0; b < 4; ++b) {
-                const int shift = description_.bigEndian ? 24 - 8 * b : 8 * b;
-                buffer[4 * i + b] = static_cast<uint8_t>(words[i] >> shift);
-            }
+            for (int b = 0; b < 4; ++b)
+                buffer[4 * i + b] = static_cast<uint8_t>(words[i] >> byteShift(description_.bigEndian, b));
         }
         done = size;
         return ZebErrorSuccess;
@@ -200,10 +204,8 @@ ZebErrorType SimCamera::writeMemory(uint64_t connection, uint64_t address, const
             return ZebErrorBadHandle;
         std::vector<uint32_t> words(size / 4);
         for (size_t i = 0; i < words.size(); ++i) {
-            for (int b = 0; b < 4; ++b) {
-                const int shift = description_.bigEndian ? 24 - 8 * b : 8 * b;
-                words[i] |= uint32_t(buffer[4 * i + b]) << shift;
-            }
+            for (int b = 0; b < 4; ++b)
+                words[i] |= uint32_t(buffer[4 * i + b]) << byteShift(description_.bigEndian, b);
         }
         uint32_t wordsDone = 0;
         err = simWriteRegisters(state_, address, words, wordsDone);
