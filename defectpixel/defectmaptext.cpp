@@ -12,6 +12,9 @@
 namespace {
 
 constexpr int kFieldsPerLine = 3;
+// Far above any real line; a longer one means the file is not a map, and
+// reading it whole could take all memory.
+constexpr qint64 kMaxLineLength = 4096;
 
 bool parseField(const QStringRef& text, uint32_t& value)
 {
@@ -58,7 +61,9 @@ bool readDefectMapText(QIODevice& device, DefectMapWriter& writer)
 {
     QTextStream stream(&device);
     QString line;
-    while (stream.readLineInto(&line)) {
+    while (stream.readLineInto(&line, kMaxLineLength + 1)) {
+        if (line.size() > kMaxLineLength)
+            return false;
         t_defpix entry;
         if (parseLine(line, entry))
             writer.add(entry.x, entry.y, entry.type);

@@ -77,6 +77,8 @@ void TestDefectMapText::readsAcceptedLinesOnly_data()
     QTest::newRow("capacity keeps the first distinct") << QByteArray("1;1;5\n1;1;6\n2;2;0\n3;3;0\n2;2;9\n4;4;0\n") << 3u
                                                        << "1;1;5 2;2;0 3;3;0";
     QTest::newRow("no room") << QByteArray("1;1;5\n") << 0u << "";
+    QTest::newRow("line far too long stops the reader")
+        << QByteArray("1;1;5\n" + QByteArray(5000, ' ') + "2;2;0\n3;3;0\n") << 9u << "1;1;5!";
 }
 
 void TestDefectMapText::readsAcceptedLinesOnly()
