@@ -14,6 +14,8 @@ namespace ZebCPP {
 struct SimCameraState {
     explicit SimCameraState(const SimCameraDescription& description);
 
+    uint32_t reportedMapMaxSize() const { return description.mapMaxSizeReported.value_or(maps.maxSize()); }
+
     SimCameraDescription description;
     SimSensor sensor;
     SimMapStore maps;

@@ -77,6 +77,8 @@ SimCameraDescription cameraFrom(const json& j)
     c.mapRevision = j.value("mapRevision", c.mapRevision);
     c.mapSlots = j.value("mapSlots", c.mapSlots);
     c.mapMaxSize = j.value("mapMaxSize", c.mapMaxSize);
+    if (j.contains("mapMaxSizeReported"))
+        c.mapMaxSizeReported = j.at("mapMaxSizeReported").get<uint32_t>();
     c.factoryMapSize = j.value("factoryMapSize", c.factoryMapSize);
     c.slotChunkIds = j.value("slotChunkIds", c.slotChunkIds);
     c.hasFilename = j.value("filename", c.hasFilename);

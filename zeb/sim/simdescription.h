@@ -3,6 +3,7 @@
 #include "zebtypes.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,7 +15,8 @@
 //                  "transportLayer" (only to add a new interface at run time),
 //                  "firmware", "bigEndian", "permittedAccess" (bit set, default 9),
 //                  "mapAccess": "file" | "register", "mapRevision", "mapSlots",
-//                  "mapMaxSize", "factoryMapSize", "slotChunkIds": [ one per slot ],
+//                  "mapMaxSize", "mapMaxSizeReported" (a faulty firmware's claim),
+//                  "factoryMapSize", "slotChunkIds": [ one per slot ],
 //                  "filename" (has the Filename feature), "fileAccessLengthWritable",
 //                  "fileOperationDelayMs", "pixelColorFilter" (has that feature),
 //                  "files": [ { "name", "chunkId", "mode": "Read" | "Write" | "ReadWrite",
@@ -78,6 +80,7 @@ struct SimCameraDescription {
     uint32_t mapRevision = 3;
     uint32_t mapSlots = 4;            // slot 0 is the factory map
     uint32_t mapMaxSize = 1000;
+    std::optional<uint32_t> mapMaxSizeReported; // what the camera claims; mapMaxSize unless set
     uint32_t factoryMapSize = 5;      // taken from the seeded defects
     std::vector<uint32_t> slotChunkIds; // per slot; default 4100 for revision 4, else 4096
     bool hasFilename = true;

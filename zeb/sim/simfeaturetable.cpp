@@ -138,7 +138,7 @@ void addMapFeatures(Table& table, SimCameraState& s)
     select.lockable = true;
     bindInt(select, s.selectedSlot, 0, s.maps.slotCount() - 1);
 
-    readOnlyInt(table, "DefectPixelCorrection_MapMaxSize", [&s] { return s.maps.maxSize(); });
+    readOnlyInt(table, "DefectPixelCorrection_MapMaxSize", [&s] { return s.reportedMapMaxSize(); });
     readOnlyInt(table, "DefectPixelCorrection_MapSize",
                 [&s] { return static_cast<int64_t>(s.maps.entries(s.selectedSlot).size()); });
     readOnlyInt(table, "DefectPixelCorrection_Revision", [&s] { return s.maps.revision(); });

@@ -35,7 +35,7 @@ ZebErrorType readWord(const SimCameraState& state, uint64_t address, uint32_t& v
         value = static_cast<uint32_t>(state.maps.entries(state.selectedSlot).size());
         return ZebErrorSuccess;
     case kSimRegMapMaxSize:
-        value = state.maps.maxSize();
+        value = state.reportedMapMaxSize();
         return ZebErrorSuccess;
     default:
         return ZebErrorInvalidAccess;
