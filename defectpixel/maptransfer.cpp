@@ -2,6 +2,8 @@
 
 #include <QtEndian>
 
+#include <algorithm>
+
 namespace {
 
 constexpr uint32_t kTypeBase = 100;
@@ -38,7 +40,7 @@ std::vector<uint32_t> packRegisterMap(const t_defpix* map, unsigned int count, b
     std::vector<uint32_t> words;
     if (!map)
         return words;
-    words.reserve(capacity);
+    words.reserve(std::min(count, capacity));
     for (unsigned int i = 0; i < count && words.size() < capacity; ++i) {
         if (progress)
             progress(i * 100.0 / count);

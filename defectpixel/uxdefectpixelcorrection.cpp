@@ -192,6 +192,8 @@ void UXCDefectPixelCorrection::Reset()
     m_defectCount = 0;
     ui->txtDefectPixelCount->clear();
     m_chunkId = kDefaultChunkId;
+    m_maxMapSize = kDefaultMaxMapSize;
+    m_geometry = ImageGeometry();
 }
 
 void UXCDefectPixelCorrection::closeEvent(QCloseEvent* event)
@@ -352,13 +354,13 @@ void UXCDefectPixelCorrection::on_btnDeleteBrightImage_clicked()
 void UXCDefectPixelCorrection::on_listDarkImagePath_itemPressed(QListWidgetItem* item)
 {
     ui->btnDeleteDarkImage->setEnabled(true);
-    ui->listDarkImagePath->setCurrentItem(item);
+    ui->listDarkImagePath->setCurrentItem(item, QItemSelectionModel::NoUpdate);
 }
 
 void UXCDefectPixelCorrection::on_listBrightImagePath_itemPressed(QListWidgetItem* item)
 {
     ui->btnDeleteBrightImage->setEnabled(true);
-    ui->listBrightImagePath->setCurrentItem(item);
+    ui->listBrightImagePath->setCurrentItem(item, QItemSelectionModel::NoUpdate);
 }
 
 void UXCDefectPixelCorrection::on_txtAbsoluteThreshold_editingFinished()

@@ -155,7 +155,8 @@ private:
     UxCamera* m_camera = nullptr;
     UxCameraFeature* m_features = nullptr;
     ImageGeometry m_geometry;
-    unsigned int m_maxMapSize = 10000;
+    static constexpr unsigned int kDefaultMaxMapSize = 10000;
+    unsigned int m_maxMapSize = kDefaultMaxMapSize;
     unsigned int m_defectCount = 0;
     t_defpix* m_map = nullptr;
     DefectPixelParams m_darkParams;

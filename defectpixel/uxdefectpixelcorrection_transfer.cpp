@@ -8,6 +8,7 @@
 #include "uxdialogs.h"
 #include "uxsettings.h"
 
+#include <QApplication>
 #include <QFileInfo>
 #include <QProgressDialog>
 #include <QtConcurrent>
@@ -16,6 +17,17 @@ namespace {
 
 constexpr int kRoleChunkId = Qt::UserRole + 3;
 constexpr unsigned long kCloseTimeoutMs = 180000;
+constexpr qulonglong kMaxPlausibleMapSize = 1u << 20;
+
+// Register transfers run on the GUI thread, entry by entry; the cursor says the
+// window is busy. Scoped so that no message box ever shows under it.
+class WaitCursor {
+public:
+    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
+    WaitCursor(const WaitCursor&) = delete;
+    WaitCursor& operator=(const WaitCursor&) = delete;
+};
 
 QString settingsMapDir()
 {
@@ -98,14 +110,24 @@ bool UXCDefectPixelCorrection::SelectDefectPixelCorrectionMap(const QVariant& sl
 
 bool UXCDefectPixelCorrection::getMaximalPixelsCorrectionMapSize(QVariant& size)
 {
+    QVariant reported;
     if (m_registerMode) {
         uint32_t value = 0;
         if (!GetRegValue(kMapRegMapMaxSize, value))
             return false;
-        size = value;
-        return true;
+        reported = value;
+    } else if (!m_features || !m_features->GetValue("DefectPixelCorrection_MapMaxSize", reported)) {
+        return false;
     }
-    return m_features && m_features->GetValue("DefectPixelCorrection_MapMaxSize", size);
+    // The maximum sizes the map buffers, so a misbehaving camera must not choose it freely.
+    bool isNumber = false;
+    const qulonglong maximum = reported.toULongLong(&isNumber);
+    if (!isNumber || maximum == 0 || maximum > kMaxPlausibleMapSize) {
+        log(tr("The camera reports an implausible maximal map size: %1.").arg(reported.toString()), LogError);
+        return false;
+    }
+    size = reported;
+    return true;
 }
 
 bool UXCDefectPixelCorrection::getPixelsCorrectionMapSize(QVariant& size)
@@ -184,6 +206,7 @@ bool UXCDefectPixelCorrection::upload_defpix_map_genicam(t_defpix* map, unsigned
         log(tr("Upload failed: maximum number of defect pixels exceeded!"), LogError);
         return false;
     }
+    const WaitCursor busy;
     for (unsigned int i = 0; i < count; ++i)
         setMapCoordinate(i, map[i].x, map[i].y);
     return true;
@@ -213,12 +236,16 @@ bool UXCDefectPixelCorrection::uploadMap_RegisterAccess(t_defpix* map, unsigned 
         log(tr("Upload Defect Pixel Map: Clear map failed (protected map)!"), LogError);
         return false;
     }
-    std::vector<uint32_t> words =
-        packRegisterMap(map, count, m_revision == kTypedMapRevision, m_bigEndian, m_maxMapSize,
-                        [this](double percent) { emit actionViewerUpdateProcessBar(true, int(percent)); });
-    unsigned int bytes = static_cast<unsigned int>(words.size() * sizeof(uint32_t));
-    const bool written =
-        m_camera && m_camera->Write(kMapRegEntries, reinterpret_cast<const unsigned char*>(words.data()), &bytes);
+    bool written = false;
+    {
+        const WaitCursor busy;
+        std::vector<uint32_t> words =
+            packRegisterMap(map, count, m_revision == kTypedMapRevision, m_bigEndian, m_maxMapSize,
+                            [this](double percent) { emit actionViewerUpdateProcessBar(true, int(percent)); });
+        unsigned int bytes = static_cast<unsigned int>(words.size() * sizeof(uint32_t));
+        written = m_camera
+                  && m_camera->Write(kMapRegEntries, reinterpret_cast<const unsigned char*>(words.data()), &bytes);
+    }
     if (written) {
         setPixelsCorrectionControlEnable(true);
         emit actionViewerUpdateProcessBar(true, 100);
@@ -246,6 +273,7 @@ bool UXCDefectPixelCorrection::Gen_download_defpix_map(t_defpix* map, unsigned i
         return false;
     }
     const unsigned int entries = size.toUInt();
+    const WaitCursor busy;
     for (unsigned int i = 0; i < entries; ++i) {
         unsigned int x = 0;
         unsigned int y = 0;
@@ -278,6 +306,7 @@ bool UXCDefectPixelCorrection::downloadMap_RegisterAccess()
     }
     // Words past the capacity (and the end word) would be dropped anyway.
     const auto wordCount = static_cast<unsigned int>(qMin<qulonglong>(size.toULongLong(), m_maxMapSize + 1ull));
+    const WaitCursor busy;
     std::vector<uint32_t> words(wordCount, 0);
     unsigned int bytes = wordCount * sizeof(uint32_t);
     if (m_camera)
@@ -412,7 +441,6 @@ void UXCDefectPixelCorrection::on_btnUploadLocalMap_clicked()
             uploaded ? LogInfo : LogError);
         return uploaded;
     });
-    ui->btnUploadLocalMap->setEnabled(false);
     const QString chosenDir = QFileInfo(path).absolutePath();
     if (chosenDir != dir)
         UXCSettings::getInstance()->Set("Directory", "PDCSettingsFileDir", chosenDir);
@@ -450,8 +478,12 @@ void UXCDefectPixelCorrection::on_btnDownloadMapToFile_clicked()
 
 void UXCDefectPixelCorrection::startFileTask(const QString& transferName, const std::function<bool()>& task)
 {
-    if (!m_camera)
+    // One transfer at a time: the device file and the progress belong to it.
+    if (!m_camera || m_fileTask.isRunning())
         return;
+    ui->btnUploadMapToCam->setEnabled(false);
+    ui->btnUploadLocalMap->setEnabled(false);
+    ui->btnDownloadMapToFile->setEnabled(false);
     m_fileTaskWatcher.setObjectName(transferName);
     m_fileTask = QtConcurrent::run(task);
     m_fileTaskWatcher.setFuture(m_fileTask);

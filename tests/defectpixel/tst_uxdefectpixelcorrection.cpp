@@ -35,6 +35,13 @@ const char* const kSlowTransfersJson = R"({ "id": "DEV_SLW0001", "model": "kvd12
     "name": "Slow transfers", "interface": "sim-usb0", "mapAccess": "file", "fileOperationDelayMs": 20,
     "mapMaxSize": 40000, "sensor": { "width": 200, "height": 100, "seed": 5 } })";
 
+constexpr const char* kWildMaximum = "WLD0001";
+
+// Firmware that claims room for four billion map entries.
+const char* const kWildMaximumJson = R"({ "id": "DEV_WLD0001", "model": "kvd123MXGE", "serial": "WLD0001",
+    "name": "Wild maximum", "interface": "sim-usb0", "mapAccess": "file", "mapMaxSizeReported": 4000000000,
+    "sensor": { "width": 64, "height": 64, "seed": 9 } })";
+
 std::vector<SimMapEntry> stored(const char* serial, uint32_t slot)
 {
     std::vector<SimMapEntry> entries;
@@ -70,6 +77,7 @@ private slots:
     void inputRulesAndStreamingGuard();
     void chunkIdsHideSlots();
     void resetDuringTransferNeverLeavesHalfAMap();
+    void nextCameraStartsAfresh();
 
 private:
     Session m_session;
@@ -84,6 +92,7 @@ void TestPanel::initTestCase()
         QSKIP("the simulated cameras are not available");
     QCOMPARE(ZebCPP::SimControl::PlugCamera(kOddSlotsJson), ZebCPP::ZebErrorSuccess);
     QCOMPARE(ZebCPP::SimControl::PlugCamera(kSlowTransfersJson), ZebCPP::ZebErrorSuccess);
+    QCOMPARE(ZebCPP::SimControl::PlugCamera(kWildMaximumJson), ZebCPP::ZebErrorSuccess);
 }
 
 void TestPanel::cleanupTestCase()
@@ -107,10 +116,17 @@ void TestPanel::inputRulesAndStreamingGuard()
     click(panel, "btnAddDarkImage");
     QCOMPARE(panel.findChild<QListWidget*>("listDarkImagePath")->count(), 2);
     QCOMPARE(panel.darkParams().count, 2u);
+    panel.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&panel));
+    auto* darkList = panel.findChild<QListWidget*>("listDarkImagePath");
+    const QPoint first = darkList->visualItemRect(darkList->item(0)).center();
+    QTest::mouseClick(darkList->viewport(), Qt::LeftButton, Qt::NoModifier, first);
+    QCOMPARE(darkList->selectedItems().size(), 1);
+    QTest::mouseClick(darkList->viewport(), Qt::LeftButton, Qt::ControlModifier, first);
+    QVERIFY(darkList->selectedItems().isEmpty());
     dialogs.openFileNames = bright;
     click(panel, "btnAddBrightImage");
 
-    auto* darkList = panel.findChild<QListWidget*>("listDarkImagePath");
     darkList->selectAll();
     QVERIFY(button(panel, "btnDeleteDarkImage")->isEnabled());
     click(panel, "btnDeleteDarkImage");
@@ -198,6 +214,7 @@ void TestPanel::resetDuringTransferNeverLeavesHalfAMap()
     dialogs.openFileName = QStringList{large.fileName()};
     click(panel, "btnUploadLocalMap");
     QTRY_VERIFY(!progress.isEmpty());
+    QVERIFY(!button(panel, "btnDownloadMapToFile")->isEnabled());
     panel.Reset();
     QVERIFY(m_session.close(kSlowTransfers));
     QCOMPARE(stored(kSlowTransfers, 1).size(), map.size());
@@ -229,7 +246,6 @@ void TestPanel::resetDuringTransferNeverLeavesHalfAMap()
     QVERIFY(m_session.close(kSlowTransfers));
     QCOMPARE(stored(kSlowTransfers, 1).size(), map.size());
 
-
     // A camera bound after a reset still gets its buttons and progress window back
     // after a transfer, although finishFileTask no longer reports it.
     QVERIFY(panel.Init(m_session.open(kOddSlots)));
@@ -243,6 +259,35 @@ void TestPanel::resetDuringTransferNeverLeavesHalfAMap()
     QVERIFY(!dialogs.messages().join('\n').contains("File Access"));
     panel.Reset();
     QVERIFY(m_session.close(kOddSlots));
+}
+
+void TestPanel::nextCameraStartsAfresh()
+{
+    UXCDefectPixelCorrection panel;
+    RecordingDialogs dialogs;
+    panel.setDialogs(&dialogs);
+    QSignalSpy log(&panel, &UXCDefectPixelCorrection::sendLogMessage);
+
+    // The first camera's image size must not bar the next camera's images.
+    QVERIFY(panel.Init(m_session.open(kMonoFile)));
+    dialogs.openFileNames = captureSeries(panel.camera(), m_dir.path(), "firstdark", 1, false);
+    click(panel, "btnAddDarkImage");
+    QCOMPARE(panel.imageGeometry().pixelCount, 640u * 480u);
+    panel.Reset();
+    QVERIFY(m_session.close(kMonoFile));
+
+    // An absurd maximum would size the map buffers; the panel keeps its own.
+    QVERIFY(panel.Init(m_session.open(kWildMaximum)));
+    dialogs.openFileNames = captureSeries(panel.camera(), m_dir.path(), "nextdark", 1, false);
+    click(panel, "btnAddDarkImage");
+    QCOMPARE(panel.darkParams().count, 1u);
+    QCOMPARE(panel.imageGeometry().pixelCount, 64u * 64u);
+    click(panel, "btnGenerateMap");
+    QVERIFY(logLines(log).contains("2|The camera reports an implausible maximal map size: 4000000000."));
+    QCOMPARE(panel.maxMapSize(), 10000u);
+    QVERIFY(panel.defectCount() > 0);
+    panel.Reset();
+    QVERIFY(m_session.close(kWildMaximum));
 }
 
 QTEST_MAIN(TestPanel)
