@@ -23,6 +23,7 @@
 namespace {
 
 const QString kModelName = QStringLiteral("Model Name");
+const QString kExtendedId = QStringLiteral("Extended ID");
 
 enum Page { ListPage = 0, OpenedPage = 1 };
 
@@ -214,8 +215,13 @@ void CameraDiscoveryWidget::setAutomaticDiscovery(bool on)
 
 void CameraDiscoveryWidget::RefreshCameraList()
 {
-    if (m_refreshRunning || !m_controller)
+    if (!m_controller)
         return;
+    if (m_refreshRunning) {
+        // The running refresh may use the old filter; one more follows it.
+        m_refreshAgain = true;
+        return;
+    }
     m_refreshRunning = true;
     beginWaitCursor();
     m_lblRefreshInfo->setText(tr("Refresh in progress..."));
@@ -243,6 +249,10 @@ void CameraDiscoveryWidget::OnCameraListReady(const QVector<CameraInfoMap>& came
     m_refreshRunning = false;
     Update_lblRefreshInfo();
     endWaitCursor();
+    if (m_refreshAgain) {
+        m_refreshAgain = false;
+        RefreshCameraList();
+    }
 }
 
 void CameraDiscoveryWidget::Update_lblRefreshInfo()
@@ -257,18 +267,34 @@ void CameraDiscoveryWidget::Update_lblRefreshInfo()
 
 void CameraDiscoveryWidget::OnCameraStatusChanged(bool open)
 {
+    // Closing names the camera that was opened: a refresh or another camera's
+    // removal may have moved the tree's current row since.
+    if (!open && !m_openedId.isEmpty()) {
+        const QString extendedId = m_openedId;
+        const QString name = m_openedName;
+        m_openedId.clear();
+        m_openedName.clear();
+        emit CameraClosed(extendedId, name);
+        return;
+    }
     const QModelIndex current = m_treeView->currentIndex();
     if (!isCameraRow(current))
         return;
     const QString extendedId = m_model->GetCameraExtId(current);
-    if (open)
+    if (open) {
+        m_openedId = extendedId;
+        m_openedName = m_model->GetCameraName(current);
         emit CameraOpened(extendedId);
-    else
+    } else {
         emit CameraClosed(extendedId, m_model->GetCameraName(current));
+    }
 }
 
 void CameraDiscoveryWidget::onCameraAdded(const CameraInfoMap& camera)
 {
+    // As in a refresh: without its extended ID the camera could be neither opened nor removed again.
+    if (camera.isEmpty())
+        return;
     QString family;
     if (m_chkCompatibleOnly->isChecked() && !IsCameraModelCompatible(camera.value(kModelName).toString(), family))
         return;
@@ -278,11 +304,15 @@ void CameraDiscoveryWidget::onCameraAdded(const CameraInfoMap& camera)
 
 void CameraDiscoveryWidget::onCameraRemoved(const CameraInfoMap& camera)
 {
+    const QString extendedId = camera.value(kExtendedId).toString();
+    if (extendedId == m_openedId) {
+        m_openedId.clear();
+        m_openedName.clear();
+    }
     m_model->OnCameraRemoved(camera);
     // Whichever camera left: the window decides from the ID whether it was the open one.
     m_stackedWidget->setCurrentIndex(ListPage);
-    emit CameraRemoved(camera.value(QStringLiteral("Extended ID")).toString(),
-                       camera.value(QStringLiteral("Camera Name")).toString());
+    emit CameraRemoved(extendedId, camera.value(QStringLiteral("Camera Name")).toString());
     m_treeView->setEnabled(true);
     Update_lblRefreshInfo();
 }

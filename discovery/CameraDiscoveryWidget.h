@@ -76,6 +76,9 @@ private:
     QPushButton* m_btnRefresh;
     QPushButton* m_btnCloseCamera;
     bool m_refreshRunning = false;
+    bool m_refreshAgain = false; // the filter changed while a refresh ran
+    QString m_openedId;          // the camera this panel asked to open, until it asks to close it
+    QString m_openedName;
     // Kept so that the destructor can wait for them: no worker may touch a shut-down SDK.
     QFuture<int> m_startup; // the SDK's status of Startup()
     QFuture<QVector<CameraInfoMap>> m_refresh;
