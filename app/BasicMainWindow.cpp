@@ -151,18 +151,23 @@ void BasicMainWindow::OnCameraOpenRequested(const QString& extendedId)
 {
     if (!m_cameraManager)
         return;
-    UxCamera* camera = nullptr;
-    {
-        WindowWaitCursor waitCursor(this);
-        camera = m_cameraManager->Open(extendedId);
+    // The list offers cameras again whenever another one is unplugged; a camera
+    // opened then replaces the open one instead of leaving it open unseen.
+    if (!m_openCameraId.isEmpty()) {
+        const QString openId = m_openCameraId; // copies: closing clears the members
+        const QString openName = m_openCameraName;
+        OnCameraCloseRequested(openId, openName);
     }
+    WindowWaitCursor waitCursor(this);
+    UxCamera* camera = m_cameraManager->Open(extendedId);
     if (!camera) {
         // The manager reported why; the camera list goes back to choosing.
         emit CameraCloseRequested();
         return;
     }
     m_openCameraId = extendedId;
-    OnLogMessage(tr("Camera opened: %1").arg(camera->GetCameraName()), LogInfo);
+    m_openCameraName = camera->GetCameraName();
+    OnLogMessage(tr("Camera opened: %1").arg(m_openCameraName), LogInfo);
     emit CameraOpened(camera);
 }
 
@@ -171,14 +176,15 @@ void BasicMainWindow::OnCameraCloseRequested(const QString& extendedId, const QS
     // Nothing was opened under this ID (the open failed): there is nothing to close.
     if (!m_cameraManager || extendedId != m_openCameraId)
         return;
-    {
-        WindowWaitCursor waitCursor(this);
-        if (!m_cameraManager->Close(extendedId))
-            return;
-    }
+    WindowWaitCursor waitCursor(this);
+    // A camera the SDK cannot close (gone unnoticed, or refusing) is let go all the
+    // same: the controller has said why, and an assistant bound to it could only fail.
+    const bool closed = m_cameraManager->Close(extendedId);
     m_openCameraId.clear();
+    m_openCameraName.clear();
     emit CameraClosed(name);
-    OnLogMessage(tr("Camera closed: %1").arg(name), LogInfo);
+    if (closed)
+        OnLogMessage(tr("Camera closed: %1").arg(name), LogInfo);
 }
 
 void BasicMainWindow::OnCameraDisconnected(const QString& extendedId, const QString& name)
@@ -190,12 +196,11 @@ void BasicMainWindow::OnCameraDisconnected(const QString& extendedId, const QStr
     m_disconnectIgnoreCount = 0;
     if (!m_cameraManager || extendedId != m_openCameraId)
         return;
-    {
-        WindowWaitCursor waitCursor(this);
-        // The camera is gone whatever the SDK answers; a failure was reported by the controller.
-        m_cameraManager->Close(extendedId);
-    }
+    WindowWaitCursor waitCursor(this);
+    // The camera is gone whatever the SDK answers; a failure was reported by the controller.
+    m_cameraManager->Close(extendedId);
     m_openCameraId.clear();
+    m_openCameraName.clear();
     emit CameraClosed(name);
     OnLogMessage(tr("Camera disconnected: %1 (%2)").arg(name, extendedId), LogInfo);
 }

@@ -67,6 +67,7 @@ private:
     QString m_defaultWindowTitle;
     // The camera opened through this window; empty while none is.
     QString m_openCameraId;
+    QString m_openCameraName;
     quint8 m_disconnectIgnoreCount = 0;
     bool m_firmwareUpdateInProgress = false;
 };

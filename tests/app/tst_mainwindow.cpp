@@ -63,6 +63,8 @@ private slots:
     void refusedOpenIsRedAndWindowStaysUsable();
     void assistantTakesTheCameraListsPlace();
     void unsupportedCameraIsClosedAgain();
+    void anotherCameraReplacesTheOpenOne();
+    void closeLetsTheCameraGoWhateverTheList();
     void nullCameraResetsTheAssistant();
     void cameraListIsRendered();
 
@@ -71,14 +73,24 @@ private:
     QListWidget* log() const { return m_window->findChild<QListWidget*>(QStringLiteral("logList")); }
     QDockWidget* logDock() const { return m_window->findChild<QDockWidget*>(QStringLiteral("logDock")); }
     QString lastLine() const { return log()->count() ? log()->item(log()->count() - 1)->text() : QString(); }
+    QModelIndex cameraRow(const QString& plainId) const
+    {
+        const QAbstractItemModel* model = panel()->findChild<QTreeView*>(QStringLiteral("treeCameras"))->model();
+        return model->match(model->index(0, 0), Qt::DisplayRole, '(' + plainId + ')', 1,
+                            Qt::MatchEndsWith | Qt::MatchRecursive).value(0);
+    }
+    // Listed and held open by no one (the SDK's access notices arrive queued).
+    bool isOffered(const QString& plainId) const { return cameraRow(plainId).flags() & Qt::ItemIsEnabled; }
     // Selects the camera row and presses "Open Selected Camera".
     void open(const QString& plainId)
     {
-        auto* tree = panel()->findChild<QTreeView*>(QStringLiteral("treeCameras"));
-        const QModelIndexList rows = tree->model()->match(tree->model()->index(0, 0), Qt::DisplayRole,
-                                                          '(' + plainId + ')', 1, Qt::MatchEndsWith | Qt::MatchRecursive);
-        tree->setCurrentIndex(rows.value(0));
+        panel()->findChild<QTreeView*>(QStringLiteral("treeCameras"))->setCurrentIndex(cameraRow(plainId));
         QTest::mouseClick(panel()->findChild<QPushButton*>(QStringLiteral("btnOpenCamera")), Qt::LeftButton);
+    }
+    void closeInAssistant()
+    {
+        QTest::mouseClick(m_window->Assistant()->findChild<QPushButton*>(QStringLiteral("btnCloseCamera")),
+                          Qt::LeftButton);
     }
     bool disconnect(const QString& extendedId, const QString& name)
     {
@@ -238,8 +250,7 @@ void TestMainWindow::assistantTakesTheCameraListsPlace()
     QCOMPARE(m_window->windowTitle(),
              QStringLiteral("Corvane Optics Orvel Defect Pixel Correction Assistant - %1").arg(kMonoName));
 
-    QTest::mouseClick(m_window->Assistant()->findChild<QPushButton*>(QStringLiteral("btnCloseCamera")),
-                      Qt::LeftButton);
+    closeInAssistant();
     QCOMPARE(lastLine(), QStringLiteral("Camera closed: %1").arg(kMonoName));
     verifyChoosing();
 }
@@ -275,6 +286,48 @@ void TestMainWindow::unsupportedCameraIsClosedAgain()
     QCOMPARE(opened.count(), 2);
     QCOMPARE(closed.count(), 2);
     QCOMPARE(SimControl::UnplugCamera("RY0009009"), ZebErrorSuccess);
+}
+
+void TestMainWindow::anotherCameraReplacesTheOpenOne()
+{
+    open("DEV_KV1230001");
+    QSignalSpy closed(m_window.get(), &BasicMainWindow::CameraClosed);
+    // Another camera leaves: the list offers cameras again while the mono camera is open.
+    QCOMPARE(SimControl::UnplugCamera("PM5000002"), ZebErrorSuccess);
+    QTRY_VERIFY_WITH_TIMEOUT(panel()->findChild<QTreeView*>(QStringLiteral("treeCameras"))->isEnabled(), kTimeoutMs);
+    open("DEV_RY1300003");
+    QCOMPARE(closed.count(), 1);
+    QCOMPARE(closed[0][0].toString(), kMonoName);
+    QCOMPARE(log()->item(log()->count() - 2)->text(), QStringLiteral("Camera closed: %1").arg(kMonoName));
+    QCOMPARE(lastLine(), QStringLiteral("Camera opened: Register mono"));
+    QCOMPARE(m_window->Assistant()->camera()->GetCameraName(), QStringLiteral("Register mono"));
+
+    closeInAssistant();
+    QCOMPARE(lastLine(), QStringLiteral("Camera closed: Register mono"));
+    // Closed for real: the SDK offers it again, and it opens.
+    QTRY_VERIFY_WITH_TIMEOUT(isOffered("DEV_KV1230001"), kTimeoutMs);
+    open("DEV_KV1230001");
+    QCOMPARE(lastLine(), QStringLiteral("Camera opened: %1").arg(kMonoName));
+    QCOMPARE(SimControl::ReplugCamera("PM5000002"), ZebErrorSuccess);
+}
+
+void TestMainWindow::closeLetsTheCameraGoWhateverTheList()
+{
+    // A refresh while the camera is open leaves the tree without a current row.
+    open("DEV_KV1230001");
+    panel()->RefreshCameraList();
+    QTRY_VERIFY_WITH_TIMEOUT(!QApplication::overrideCursor(), kTimeoutMs);
+    closeInAssistant();
+    QCOMPARE(lastLine(), QStringLiteral("Camera closed: %1").arg(kMonoName));
+    verifyChoosing();
+
+    // A camera that refuses to close is let go all the same, the refusal in red.
+    QCOMPARE(SimControl::InjectFault("KV1230001", SimControl::FaultKind::Close, 1, ZebErrorTimeout), ZebErrorSuccess);
+    QTRY_VERIFY_WITH_TIMEOUT(isOffered("DEV_KV1230001"), kTimeoutMs);
+    open("DEV_KV1230001");
+    closeInAssistant();
+    QCOMPARE(lastLine(), QStringLiteral("Failed to close camera %1 (error: Timeout.)").arg(kMonoId));
+    verifyChoosing();
 }
 
 void TestMainWindow::nullCameraResetsTheAssistant()
