@@ -12,8 +12,8 @@
 namespace {
 
 constexpr int kFieldsPerLine = 3;
-// Far above any real line; a longer one means the file is not a map, and
-// reading it whole could take all memory.
+// Far above any entry line; longer lines are skipped piece by piece, as reading
+// one whole could take all memory.
 constexpr qint64 kMaxLineLength = 4096;
 
 bool parseField(const QStringRef& text, uint32_t& value)
@@ -61,12 +61,14 @@ bool readDefectMapText(QIODevice& device, DefectMapWriter& writer)
 {
     QTextStream stream(&device);
     QString line;
+    bool insideLongLine = false;
     while (stream.readLineInto(&line, kMaxLineLength + 1)) {
-        if (line.size() > kMaxLineLength)
-            return false;
+        // A piece shorter than the limit stopped at the end of its line.
+        const bool endsLine = line.size() <= kMaxLineLength;
         t_defpix entry;
-        if (parseLine(line, entry))
+        if (!insideLongLine && endsLine && parseLine(line, entry))
             writer.add(entry.x, entry.y, entry.type);
+        insideLongLine = !endsLine;
     }
     return stream.status() == QTextStream::Ok && stream.atEnd();
 }

@@ -77,8 +77,10 @@ void TestDefectMapText::readsAcceptedLinesOnly_data()
     QTest::newRow("capacity keeps the first distinct") << QByteArray("1;1;5\n1;1;6\n2;2;0\n3;3;0\n2;2;9\n4;4;0\n") << 3u
                                                        << "1;1;5 2;2;0 3;3;0";
     QTest::newRow("no room") << QByteArray("1;1;5\n") << 0u << "";
-    QTest::newRow("line far too long stops the reader")
-        << QByteArray("1;1;5\n" + QByteArray(5000, ' ') + "2;2;0\n3;3;0\n") << 9u << "1;1;5!";
+    QTest::newRow("lines far too long are skipped whole")
+        << QByteArray("1;1;5\n" + QByteArray(5000, ' ') + "2;2;0\n" + QByteArray(2 * 4097, '#') + "\n3;3;0\n"
+                      + QByteArray(4091, ' ') + "4;4;0\n")
+        << 9u << "1;1;5 3;3;0 4;4;0";
 }
 
 void TestDefectMapText::readsAcceptedLinesOnly()
