@@ -1,5 +1,7 @@
 #include "imageseries.h"
 
+#include "bitmapfile.h"
+
 namespace {
 
 bool isValidKind(int kind)
@@ -53,7 +55,7 @@ SeriesChange addImageToSeries(const QImage& image, int kind, ImageGeometry& geom
 SeriesChange addImageToSeries(const QString& path, int kind, ImageGeometry& geometry,
                               DefectPixelParams& params, QImage& mean)
 {
-    return addImageToSeries(QImage(path), kind, geometry, params, mean);
+    return addImageToSeries(readImageFile(path), kind, geometry, params, mean);
 }
 
 SeriesChange removeImageFromSeries(const QImage& image, int kind, const ImageGeometry& geometry,
@@ -80,5 +82,5 @@ SeriesChange removeImageFromSeries(const QImage& image, int kind, const ImageGeo
 SeriesChange removeImageFromSeries(const QString& path, int kind, const ImageGeometry& geometry,
                                    DefectPixelParams& params, QImage& mean)
 {
-    return removeImageFromSeries(QImage(path), kind, geometry, params, mean);
+    return removeImageFromSeries(readImageFile(path), kind, geometry, params, mean);
 }

@@ -35,6 +35,7 @@ private slots:
     void failedUpdateIsOutOfMemory();
     void removalUsesImageAsMeanWithoutDisplay();
     void removalIgnoresUnreadableOrForeignFiles();
+    void cutShortBitmapsAreRefused();
     void thresholdText_data();
     void thresholdText();
 
@@ -166,6 +167,29 @@ void TestImageSeries::removalIgnoresUnreadableOrForeignFiles()
     QCOMPARE(removeImageFromSeries(indexed(8, 4, 1), 5, geometry, params, mean), SeriesChange::InvalidKind);
     QCOMPARE(params.count, 2u);
     QCOMPARE(firstBytes(mean, 32), QByteArray(32, 5));
+}
+
+void TestImageSeries::cutShortBitmapsAreRefused()
+{
+    // Rows of 3 pixels are padded to 4 bytes; the whole file must still be accepted.
+    QFile whole(m_dir.filePath("padded.bmp"));
+    QVERIFY(indexed(3, 4, 7).save(whole.fileName()));
+    QVERIFY(whole.open(QIODevice::ReadOnly));
+    const QByteArray bytes = whole.readAll();
+    ImageGeometry geometry;
+    DefectPixelParams params;
+    QImage mean;
+    QCOMPARE(addImageToSeries(whole.fileName(), DarkSeries, geometry, params, mean), SeriesChange::Accepted);
+
+    // One byte of the last row missing: the reader would fill it from nowhere.
+    QFile cut(m_dir.filePath("cut.bmp"));
+    QVERIFY(cut.open(QIODevice::WriteOnly));
+    QCOMPARE(cut.write(bytes.left(bytes.size() - 1)), qint64(bytes.size() - 1));
+    cut.close();
+    QCOMPARE(addImageToSeries(cut.fileName(), DarkSeries, geometry, params, mean), SeriesChange::NullImage);
+    QCOMPARE(removeImageFromSeries(cut.fileName(), DarkSeries, geometry, params, mean), SeriesChange::NullImage);
+    QCOMPARE(params.count, 1u);
+    QCOMPARE(firstBytes(mean, 3), QByteArray(3, 7));
 }
 
 void TestImageSeries::thresholdText_data()
