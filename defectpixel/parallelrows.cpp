@@ -1,7 +1,7 @@
 #include "parallelrows.h"
 
 #include <algorithm>
-#include <system_error>
+#include <exception>
 #include <thread>
 #include <vector>
 
@@ -20,13 +20,15 @@ void forEachRowBand(uint32_t rows, uint32_t width, uint64_t minPixelsPerBand,
                                              kMaxBands, std::max<uint64_t>(1, bySize), std::max(1u, rows)});
 
     std::vector<std::thread> helpers;
+    // Reserved before any thread runs, so that adding one never reallocates.
+    helpers.reserve(bands);
     uint32_t first = 0;
     for (unsigned int band = 1; band < bands; ++band) {
         const uint32_t end = uint32_t(uint64_t(rows) * band / bands);
         try {
             helpers.emplace_back(work, first, end);
-        } catch (const std::system_error&) {
-            // No helper thread available: this band joins the calling thread's share.
+        } catch (const std::exception&) {
+            // No helper thread (or no memory for one): this band joins the calling thread's share.
             continue;
         }
         first = end;
