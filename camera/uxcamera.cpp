@@ -161,8 +161,13 @@ bool UxCamera::selectDeviceFile(const char* fileName, const char* fileSelector)
 
 bool UxCamera::runFileOperation(const char* operation, unsigned long timeoutMs)
 {
-    return m_features->SetValue("FileOperationSelector", QString::fromLatin1(operation))
-        && m_features->SetCommand("FileOperationExecute", timeoutMs);
+    if (!m_features->SetValue("FileOperationSelector", QString::fromLatin1(operation))
+        || !m_features->SetCommand("FileOperationExecute", timeoutMs))
+        return false;
+    // Many cameras complete the command of a refused operation and say so only in
+    // its status. Without a status the command's own answer stands.
+    QVariant status;
+    return !m_features->GetValue("FileOperationStatus", status) || status.toString() == QLatin1String("Success");
 }
 
 bool UxCamera::UploadBuffer(std::vector<unsigned char> buffer, const char* fileName, const char* fileSelector,

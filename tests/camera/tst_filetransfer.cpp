@@ -18,6 +18,11 @@ using Progress = QList<long long>;
 namespace {
 
 constexpr const char* kBigMap = "DEV_BIGMAP01";
+constexpr const char* kQuietFailures = "DEV_QUIET01";
+
+// Completes the command of a refused file operation; only its status tells.
+const char* const kQuietFailuresJson = R"({ "id": "DEV_QUIET01", "model": "kvd123MXGE", "serial": "QUIET01",
+    "interface": "sim-usb0", "mapAccess": "file", "mapRevision": 4, "fileFailuresInStatus": true })";
 constexpr const char* kSlot = "DefPixMap1";
 constexpr unsigned int kTwoBlockEntries = 6000; // 72032 bytes: one full block and 6496 bytes
 
@@ -61,6 +66,7 @@ private slots:
     void uploadInBlocks();
     void uploadFault_data();
     void uploadFault();
+    void refusalShownOnlyInStatus();
     void download_data();
     void download();
     void fileAccessModes();
@@ -81,7 +87,8 @@ void TestFileTransfer::initTestCase()
     QVERIFY(SimCameras::startup());
     QVERIFY(m_dir.isValid());
     QCOMPARE(SimControl::PlugCamera(SimCameras::bigMapCameraJson(kBigMap)), ZebErrorSuccess);
-    for (const char* id : {SimCameras::kMonoFile, SimCameras::kColourFile, kBigMap}) {
+    QCOMPARE(SimControl::PlugCamera(kQuietFailuresJson), ZebErrorSuccess);
+    for (const char* id : {SimCameras::kMonoFile, SimCameras::kColourFile, kBigMap, kQuietFailures}) {
         const CameraPtr sdkCamera = SimCameras::openCamera(id);
         QVERIFY2(sdkCamera, id);
         m_cameras[id] = std::make_unique<UxCamera>(sdkCamera);
@@ -209,6 +216,24 @@ void TestFileTransfer::uploadFault()
     QCOMPARE(count, long(data.size()));
 }
 
+void TestFileTransfer::refusalShownOnlyInStatus()
+{
+    // The slot checks a map on its close: a broken one is refused, and the upload must say so.
+    UxCamera& target = *camera(kQuietFailures);
+    long count = -1;
+    std::vector<unsigned char> container = SimCameras::mapContainer(300, 0);
+    container[20] ^= 1; // the checksum no longer adds up
+    QVERIFY(!target.UploadBuffer(container, kSlot, kSlot, &count));
+    std::vector<SimControl::SimMapEntry> stored;
+    QCOMPARE(SimControl::GetStoredMap(kQuietFailures, 1, stored), ZebErrorSuccess);
+    QVERIFY(stored.empty());
+
+    container[20] ^= 1;
+    QVERIFY(target.UploadBuffer(container, kSlot, kSlot, &count));
+    QCOMPARE(SimControl::GetStoredMap(kQuietFailures, 1, stored), ZebErrorSuccess);
+    QCOMPARE(stored.size(), size_t(300));
+}
+
 void TestFileTransfer::download_data()
 {
     QTest::addColumn<int>("faultKind"); // -1: none
@@ -218,11 +243,12 @@ void TestFileTransfer::download_data()
     QTest::addColumn<Progress>("progress");
     QTest::addColumn<bool>("leftOpen");
 
-    // File commands: 1 open, 2 and 3 the blocks, 4 close. The file size is the first value read.
+    // File commands: 1 open, 2 and 3 the blocks, 4 close. The file size is read third, after the
+    // two reads of the open's status.
     const int command = int(FaultKind::Command);
     QTest::newRow("no fault") << -1 << 0 << true << 72032 << Progress{6496, 0, 0} << false;
     QTest::newRow("open") << command << 1 << false << 0 << Progress{} << false;
-    QTest::newRow("file size") << int(FaultKind::FeatureRead) << 1 << false << 0 << Progress{} << false;
+    QTest::newRow("file size") << int(FaultKind::FeatureRead) << 3 << false << 0 << Progress{} << false;
     QTest::newRow("first block") << command << 2 << false << 0 << Progress{} << false;
     QTest::newRow("second block") << command << 3 << false << 65536 << Progress{6496} << false;
     QTest::newRow("close") << command << 4 << false << 72032 << Progress{6496, 0} << true;

@@ -84,6 +84,7 @@ SimCameraDescription cameraFrom(const json& j)
     c.hasFilename = j.value("filename", c.hasFilename);
     c.accessLengthWritable = j.value("fileAccessLengthWritable", c.accessLengthWritable);
     c.fileOperationDelayMs = j.value("fileOperationDelayMs", c.fileOperationDelayMs);
+    c.fileFailuresInStatus = j.value("fileFailuresInStatus", c.fileFailuresInStatus);
     c.hasPixelColorFilter = j.value("pixelColorFilter", c.hasPixelColorFilter);
     for (const json& f : j.value("files", json::array()))
         c.files.push_back(fileFrom(f));

@@ -18,7 +18,8 @@
 //                  "mapMaxSize", "mapMaxSizeReported" (a faulty firmware's claim),
 //                  "factoryMapSize", "slotChunkIds": [ one per slot ],
 //                  "filename" (has the Filename feature), "fileAccessLengthWritable",
-//                  "fileOperationDelayMs", "pixelColorFilter" (has that feature),
+//                  "fileOperationDelayMs", "fileFailuresInStatus" (a failed file
+//                  operation's command still completes), "pixelColorFilter" (has that feature),
 //                  "files": [ { "name", "chunkId", "mode": "Read" | "Write" | "ReadWrite",
 //                               "content" (text) } ],
 //                  "sensor": { "width", "height", "colorFilter": "None" | "BayerRG" |
@@ -86,6 +87,7 @@ struct SimCameraDescription {
     bool hasFilename = true;
     bool accessLengthWritable = true;
     uint32_t fileOperationDelayMs = 0;
+    bool fileFailuresInStatus = false; // only FileOperationStatus tells of a failed operation
     bool hasPixelColorFilter = true;
     std::vector<SimFileDescription> files;
     SimSensorDescription sensor;

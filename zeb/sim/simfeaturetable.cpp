@@ -226,7 +226,10 @@ void addFileAccess(Table& table, SimCameraState& s, uint32_t operationDelayMs)
     SimFeatureDef& execute = add(table, "FileOperationExecute", FeatureDataCommand);
     execute.readable = false;
     execute.commandDelayMs = operationDelayMs;
-    execute.run = [&f] { return f.execute(); };
+    execute.run = [&f, statusOnly = s.description.fileFailuresInStatus] {
+        const ZebErrorType err = f.execute();
+        return statusOnly ? ZebErrorSuccess : err;
+    };
 
     SimFeatureDef& offset = add(table, "FileAccessOffset", FeatureDataInt);
     offset.getInt = [&f](int64_t& v) {
