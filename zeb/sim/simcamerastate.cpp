@@ -16,7 +16,7 @@ SimCameraState::SimCameraState(const SimCameraDescription& d)
     }
     maps.loadFactoryMap(std::move(factory));
     if (d.fileAccessMaps)
-        files = std::make_unique<SimFileStore>(maps, true, d.files, d.accessLengthWritable);
+        files = std::make_unique<SimFileStore>(maps, true, d.files, d.accessLengthWritable, d.fileBufferSize);
 }
 
 } // namespace ZebCPP

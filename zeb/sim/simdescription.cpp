@@ -83,6 +83,7 @@ SimCameraDescription cameraFrom(const json& j)
     c.slotChunkIds = j.value("slotChunkIds", c.slotChunkIds);
     c.hasFilename = j.value("filename", c.hasFilename);
     c.accessLengthWritable = j.value("fileAccessLengthWritable", c.accessLengthWritable);
+    c.fileBufferSize = j.value("fileBufferSize", c.fileBufferSize);
     c.fileOperationDelayMs = j.value("fileOperationDelayMs", c.fileOperationDelayMs);
     c.fileFailuresInStatus = j.value("fileFailuresInStatus", c.fileFailuresInStatus);
     c.hasPixelColorFilter = j.value("pixelColorFilter", c.hasPixelColorFilter);
@@ -93,6 +94,8 @@ SimCameraDescription cameraFrom(const json& j)
         throw std::invalid_argument("mapSlots must be 1 to 16");
     if (c.mapMaxSize < 1 || c.mapMaxSize > 0x10000)
         throw std::invalid_argument("mapMaxSize must be 1 to 65536");
+    if (c.fileBufferSize < 1 || c.fileBufferSize > 0x10000)
+        throw std::invalid_argument("fileBufferSize must be 1 to 65536");
     if (!c.slotChunkIds.empty() && c.slotChunkIds.size() != c.mapSlots)
         throw std::invalid_argument("slotChunkIds needs one id per slot");
     return c;

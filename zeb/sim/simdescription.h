@@ -18,6 +18,7 @@
 //                  "mapMaxSize", "mapMaxSizeReported" (a faulty firmware's claim),
 //                  "factoryMapSize", "slotChunkIds": [ one per slot ],
 //                  "filename" (has the Filename feature), "fileAccessLengthWritable",
+//                  "fileBufferSize" (bytes of FileAccessBuffer, 1 to 65536),
 //                  "fileOperationDelayMs", "fileFailuresInStatus" (a failed file
 //                  operation's command still completes), "pixelColorFilter" (has that feature),
 //                  "files": [ { "name", "chunkId", "mode": "Read" | "Write" | "ReadWrite",
@@ -86,6 +87,7 @@ struct SimCameraDescription {
     std::vector<uint32_t> slotChunkIds; // per slot; default 4100 for revision 4, else 4096
     bool hasFilename = true;
     bool accessLengthWritable = true;
+    uint32_t fileBufferSize = 0x10000;
     uint32_t fileOperationDelayMs = 0;
     bool fileFailuresInStatus = false; // only FileOperationStatus tells of a failed operation
     bool hasPixelColorFilter = true;

@@ -252,10 +252,10 @@ void addFileAccess(Table& table, SimCameraState& s, uint32_t operationDelayMs)
         f.setLength(v);
         return ZebErrorSuccess;
     };
-    length.intRange = fixedRange(1, SimFileStore::kBufferSize);
+    length.intRange = fixedRange(1, f.bufferSize());
 
     SimFeatureDef& buffer = add(table, "FileAccessBuffer", FeatureDataRaw);
-    buffer.rawLength = SimFileStore::kBufferSize;
+    buffer.rawLength = f.bufferSize();
     buffer.getRaw = [&f](uint8_t* out, uint32_t size) { f.readBuffer(out, size); };
     buffer.setRaw = [&f](const uint8_t* data, uint32_t size) { f.writeBuffer(data, size); };
 

@@ -6,8 +6,9 @@
 namespace ZebCPP {
 
 SimFileStore::SimFileStore(SimMapStore& maps, bool mapFiles, std::vector<SimFileDescription> files,
-                           bool lengthWritable)
-    : maps_(maps), lengthWritable_(lengthWritable)
+                           bool lengthWritable, uint32_t bufferSize)
+    : maps_(maps), lengthWritable_(lengthWritable), bufferSize_(bufferSize), length_(bufferSize),
+      buffer_(bufferSize, 0)
 {
     if (mapFiles) {
         for (uint32_t slot = 0; slot < maps.slotCount(); ++slot) {
@@ -87,7 +88,7 @@ void SimFileStore::readBuffer(uint8_t* out, uint32_t size) const
 
 void SimFileStore::writeBuffer(const uint8_t* data, uint32_t size)
 {
-    lastBufferWrite_ = std::min<uint32_t>(size, kBufferSize);
+    lastBufferWrite_ = std::min<uint32_t>(size, bufferSize_);
     std::memcpy(buffer_.data(), data, lastBufferWrite_);
 }
 
@@ -172,8 +173,8 @@ ZebErrorType SimFileStore::read()
     if (offset_ < 0 || static_cast<uint64_t>(offset_) > data.size())
         return finish(ZebErrorInvalidValue, 0);
     const uint64_t remaining = data.size() - static_cast<uint64_t>(offset_);
-    const uint64_t wanted = lengthWritable_ ? static_cast<uint64_t>(length_) : kBufferSize;
-    const auto n = static_cast<uint32_t>(std::min<uint64_t>({wanted, remaining, kBufferSize}));
+    const uint64_t wanted = lengthWritable_ ? static_cast<uint64_t>(length_) : bufferSize_;
+    const auto n = static_cast<uint32_t>(std::min<uint64_t>({wanted, remaining, bufferSize_}));
     std::memcpy(buffer_.data(), data.data() + offset_, n);
     if (!lengthWritable_)
         length_ = n;

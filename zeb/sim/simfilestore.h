@@ -10,19 +10,17 @@
 namespace ZebCPP {
 
 // The device side of GenICam file access: the selected file, the open mode the
-// file allows, the 64 KiB access buffer and the operations Open, Close, Read,
+// file allows, the access buffer (64 KiB unless described smaller) and the operations Open, Close, Read,
 // Write and Delete. Map slots are files "DefPixMap<n>" whose content is checked
 // on Close; a write that does not close with a valid container leaves the slot
 // as it was.
 class SimFileStore {
 public:
-    static constexpr uint32_t kBufferSize = 0x10000;
-
     enum OpenMode : uint32_t { ModeRead = 0, ModeWrite = 1, ModeReadWrite = 2 };
     enum Operation : uint32_t { OpOpen = 0, OpClose = 1, OpRead = 2, OpWrite = 3, OpDelete = 4 };
 
     SimFileStore(SimMapStore& maps, bool mapFiles, std::vector<SimFileDescription> files,
-                 bool lengthWritable);
+                 bool lengthWritable, uint32_t bufferSize);
 
     std::vector<std::string> fileNames() const;
     uint32_t selected() const { return selected_; }
@@ -40,6 +38,7 @@ public:
     int64_t offset() const { return offset_; }
     void setOffset(int64_t offset) { offset_ = offset; }
     bool lengthWritable() const { return lengthWritable_; }
+    uint32_t bufferSize() const { return bufferSize_; }
     int64_t length() const { return length_; }
     void setLength(int64_t length) { length_ = length; }
 
@@ -88,12 +87,13 @@ private:
     SimMapStore& maps_;
     std::vector<File> files_;
     bool lengthWritable_;
+    const uint32_t bufferSize_;
     uint32_t selected_ = 0;
     uint32_t openMode_ = ModeRead;
     uint32_t operation_ = OpOpen;
     int64_t offset_ = 0;
-    int64_t length_ = kBufferSize;
-    std::vector<uint8_t> buffer_ = std::vector<uint8_t>(kBufferSize, 0);
+    int64_t length_;
+    std::vector<uint8_t> buffer_;
     uint32_t lastBufferWrite_ = 0;
     std::optional<OpenFile> open_;
     bool succeeded_ = true;
