@@ -149,6 +149,18 @@ bool UxCamera::isWritable(const char* name) const
     return m_features->IsWritable(name, writable) && writable;
 }
 
+long long UxCamera::fileBlockSize() const
+{
+    // Many cameras have a file buffer far smaller than 64 KiB; its size is the
+    // largest access length they take.
+    QVariant minimum;
+    QVariant maximum;
+    QVariant increment;
+    if (!m_features->GetFeatureRange("FileAccessLength", minimum, maximum, increment) || maximum.toLongLong() <= 0)
+        return kFileBlockSize;
+    return std::min(kFileBlockSize, maximum.toLongLong());
+}
+
 bool UxCamera::selectDeviceFile(const char* fileName, const char* fileSelector)
 {
     if (!m_features->SetValue("FileSelector", QString::fromUtf8(fileSelector)))
@@ -181,7 +193,7 @@ bool UxCamera::UploadBuffer(std::vector<unsigned char> buffer, const char* fileN
 
     const QString name = QString::fromUtf8(fileName);
     long long remaining = static_cast<long long>(buffer.size());
-    const long long block = std::min(remaining, kFileBlockSize);
+    const long long block = std::min(remaining, fileBlockSize());
     const bool lengthWritable = isWritable("FileAccessLength");
     long long offset = 0;
     if (!lengthWritable || m_features->SetValue("FileAccessLength", block)) {
@@ -253,7 +265,7 @@ bool UxCamera::DownloadDeviceFile(const QString& localPath, const char* fileName
         return abort();
 
     const QString name = QString::fromUtf8(fileName);
-    const long long block = std::min(fileSize, kFileBlockSize);
+    const long long block = std::min(fileSize, fileBlockSize());
     const bool lengthWritable = isWritable("FileAccessLength");
     if (block > 0 && lengthWritable && !m_features->SetValue("FileAccessLength", block))
         return abort();

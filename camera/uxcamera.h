@@ -74,6 +74,7 @@ private:
     bool selectDeviceFile(const char* fileName, const char* fileSelector);
     bool runFileOperation(const char* operation, unsigned long timeoutMs);
     bool isWritable(const char* name) const;
+    long long fileBlockSize() const;
 
     ZebCPP::CameraPtr m_camera;
     UxCameraFeature* m_features;

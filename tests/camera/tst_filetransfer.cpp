@@ -67,6 +67,7 @@ private slots:
     void uploadFault_data();
     void uploadFault();
     void refusalShownOnlyInStatus();
+    void smallFileBufferSetsTheBlock();
     void download_data();
     void download();
     void fileAccessModes();
@@ -232,6 +233,32 @@ void TestFileTransfer::refusalShownOnlyInStatus()
     QVERIFY(target.UploadBuffer(container, kSlot, kSlot, &count));
     QCOMPARE(SimControl::GetStoredMap(kQuietFailures, 1, stored), ZebErrorSuccess);
     QCOMPARE(stored.size(), size_t(300));
+}
+
+void TestFileTransfer::smallFileBufferSetsTheBlock()
+{
+    for (const bool lengthWritable : {true, false}) {
+        const std::string id = lengthWritable ? "DEV_SMALLBUF1" : "DEV_SMALLBUF2";
+        QCOMPARE(SimControl::PlugCamera(R"({ "id": ")" + id + R"(", "model": "kvd123MXGE", "serial": ")" + id
+                                        + R"(", "interface": "sim-usb0", "fileBufferSize": 1000,
+                                        "fileAccessLengthWritable": )" + (lengthWritable ? "true" : "false")
+                                        + R"(, "files": [ { "name": "UserData", "mode": "ReadWrite" } ] })"),
+                 ZebErrorSuccess);
+        const CameraPtr sdkCamera = SimCameras::openCamera(id);
+        QVERIFY(sdkCamera);
+        UxCamera target(sdkCamera);
+        const std::vector<unsigned char> data = SimCameras::patternBytes(2500);
+        QSignalSpy spy(&target, &UxCamera::updateTransferProcess);
+        long count = -1;
+        QVERIFY(target.UploadBuffer(data, "UserData", "UserData", &count));
+        QCOMPARE(count, 2500L);
+        QCOMPARE(remainingOf(spy), (Progress{1500, 0}));
+        QVERIFY(deviceFile(id.c_str(), "UserData") == data);
+
+        const QString path = m_dir.filePath("small.bin");
+        QVERIFY(target.DownloadDeviceFile(path, "UserData", "UserData", &count));
+        QCOMPARE(fileContent(path), firstBytes(data, 2500));
+    }
 }
 
 void TestFileTransfer::download_data()
