@@ -92,6 +92,19 @@ bool AravisDevice::updateHeldElsewhere(bool held)
     return true;
 }
 
+bool AravisDevice::keepAfterMissedDiscovery()
+{
+    constexpr int kMissedDiscoveriesTolerated = 2;
+    std::lock_guard<std::mutex> lock(mutex_);
+    return session_ && ++missedDiscoveries_ <= kMissedDiscoveriesTolerated;
+}
+
+void AravisDevice::answeredDiscovery()
+{
+    std::lock_guard<std::mutex> lock(mutex_);
+    missedDiscoveries_ = 0;
+}
+
 void AravisDevice::markLost()
 {
     lost_ = true;

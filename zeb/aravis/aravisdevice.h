@@ -40,6 +40,11 @@ public:
     bool isLost() const;
     // True when the value changed and the camera is not opened here.
     bool updateHeldElsewhere(bool held);
+    // Whether a camera missing from a discovery round stays listed: one opened
+    // here rides out a few missed rounds (a lost reply, a camera busy writing
+    // flash), while its session's own errors still end it at once.
+    bool keepAfterMissedDiscovery();
+    void answeredDiscovery();
     // From here on every call answers ZebErrorBadHandle at once.
     void markLost();
     // Ends the open session of a lost camera; leaving the control channel of a
@@ -59,6 +64,7 @@ private:
     mutable std::mutex mutex_;  // guards the members below
     std::shared_ptr<AravisSession> session_;
     bool heldElsewhere_;
+    int missedDiscoveries_ = 0;
     std::atomic<bool> lost_{false};
     std::atomic<bool> detached_{false};
 };

@@ -100,10 +100,15 @@ void AravisTransportLayer::update(const std::vector<AravisDeviceInfo>& found)
             });
             // A lost session of a camera that still answers comes back as a new
             // camera, so that it can be opened again.
-            if (seen == found.end() || device->isLost()) {
+            if (device->isLost() || (seen == found.end() && !device->keepAfterMissedDiscovery())) {
                 changes.unplugged.push_back(device);
                 continue;
             }
+            if (seen == found.end()) {
+                kept.push_back(device);
+                continue;
+            }
+            device->answeredDiscovery();
             if (device->updateHeldElsewhere(seen->heldElsewhere))
                 changes.accessChanged.push_back(device);
             kept.push_back(device);
