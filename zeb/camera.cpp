@@ -84,11 +84,21 @@ ZebErrorType Camera::GetPermittedAccess(AccessModeType& access) const
     return guarded([&] { return backend_->permittedAccess(access); });
 }
 
+namespace {
+
+// Register space is addressed in whole 32-bit words on every transport.
+bool isWordAccess(const void* buffer, uint64_t address, uint32_t size)
+{
+    return buffer != nullptr && size != 0 && address % 4 == 0 && size % 4 == 0;
+}
+
+} // namespace
+
 ZebErrorType Camera::ReadMemory(uint64_t address, uint8_t* buffer, uint32_t size,
                                 uint32_t& sizeComplete) const
 {
     sizeComplete = 0;
-    if (buffer == nullptr || size == 0)
+    if (!isWordAccess(buffer, address, size))
         return ZebErrorBadParameter;
     return guarded([&] { return backend_->readMemory(address, buffer, size, sizeComplete); });
 }
@@ -97,7 +107,7 @@ ZebErrorType Camera::WriteMemory(uint64_t address, const uint8_t* buffer, uint32
                                  uint32_t& sizeComplete)
 {
     sizeComplete = 0;
-    if (buffer == nullptr || size == 0)
+    if (!isWordAccess(buffer, address, size))
         return ZebErrorBadParameter;
     return guarded([&] { return backend_->writeMemory(address, buffer, size, sizeComplete); });
 }

@@ -337,9 +337,9 @@ void TestAravisInterop::rawRegisterRoundTrip()
     std::vector<uint8_t> tooLong(length + 1);
     QCOMPARE(buffer->SetRawData(tooLong.data(), length + 1), ZebErrorInvalidValue);
 
-    uint8_t memory[5] = {};
+    uint8_t memory[8] = {};
     uint32_t read = 0;
-    QCOMPARE(camera_->ReadMemory(FakeGv::kFileAccessBuffer, memory, 5, read), ZebErrorSuccess);
+    QCOMPARE(camera_->ReadMemory(FakeGv::kFileAccessBuffer, memory, 8, read), ZebErrorSuccess);
     QVERIFY(std::equal(tail, tail + 5, memory));
 }
 
@@ -359,6 +359,12 @@ void TestAravisInterop::memoryReachesRegistersOfFeatures()
     QCOMPARE(camera_->ReadMemory(0x4010, bytes, 8, read), ZebErrorSuccess);
     QCOMPARE(read, 8u);
     QCOMPARE(QByteArray(reinterpret_cast<char*>(bytes), 4), QByteArray("\x01\x02\x03\x04", 4));
+
+    // Whole words only: a stray byte write would overwrite the neighbouring register.
+    QCOMPARE(camera_->WriteMemory(0x4011, bytes, 4, read), ZebErrorBadParameter);
+    QCOMPARE(camera_->ReadMemory(0x4010, bytes, 6, read), ZebErrorBadParameter);
+    QCOMPARE(featureOf(camera_, "FileAccessOffset")->GetValue(value), ZebErrorSuccess);
+    QCOMPARE(value, int64_t(0x01020304));
 }
 
 void TestAravisInterop::singleFrameIsAcquired()
@@ -409,9 +415,9 @@ void TestAravisInterop::killedCameraIsPluggedOutOnSdkThread()
     timer.start();
     FeaturePtr width;
     QCOMPARE(camera_->GetFeatureByName("Width", width), ZebErrorBadHandle);
-    uint8_t byte = 0;
+    uint8_t word[4] = {};
     uint32_t read = 0;
-    QCOMPARE(camera_->ReadMemory(0x100, &byte, 1, read), ZebErrorBadHandle);
+    QCOMPARE(camera_->ReadMemory(0x100, word, 4, read), ZebErrorBadHandle);
     QCOMPARE(camera_->Open(AccessModeFull), ZebErrorBadHandle);
     QVERIFY(timer.elapsed() < 200);
     std::string id;

@@ -165,8 +165,6 @@ ZebErrorType SimCamera::readMemory(uint64_t connection, uint64_t address, uint8_
         ZebErrorType err = checkOpen(connection);
         if (err != ZebErrorSuccess)
             return err;
-        if (address % 4 != 0 || size % 4 != 0)
-            return ZebErrorBadParameter;
         err = faults_.hit(FaultKind::MemoryRead);
         if (err != ZebErrorSuccess)
             return err;
@@ -195,8 +193,6 @@ ZebErrorType SimCamera::writeMemory(uint64_t connection, uint64_t address, const
             return err;
         if (!grantsFull(openMode_))
             return ZebErrorInvalidAccess;
-        if (address % 4 != 0 || size % 4 != 0)
-            return ZebErrorBadParameter;
         err = faults_.hit(FaultKind::MemoryWrite);
         if (err != ZebErrorSuccess)
             return err;
