@@ -283,8 +283,14 @@ ZebErrorType AravisDevice::acquireSingleImage(FramePtr& frame, uint32_t timeoutM
         PixelFormatType format = PixelFormatMono8;
         if (!frameFormatOf(arv_buffer_get_image_pixel_format(buffer.get()), format))
             return ZebErrorNotSupported;
-        const auto width = static_cast<uint32_t>(arv_buffer_get_image_width(buffer.get()));
-        const auto height = static_cast<uint32_t>(arv_buffer_get_image_height(buffer.get()));
+        const gint width = arv_buffer_get_image_width(buffer.get());
+        const gint height = arv_buffer_get_image_height(buffer.get());
+        // A frame header claiming more pixels than the payload buffer holds is broken;
+        // its figures must not size an allocation.
+        size_t capacity = 0;
+        arv_buffer_get_data(buffer.get(), &capacity);
+        if (width < 0 || height < 0 || uint64_t(width) * uint64_t(height) > capacity)
+            return ZebErrorInvalidValue;
         size_t size = 0;
         const auto* data = static_cast<const uint8_t*>(arv_buffer_get_image_data(buffer.get(), &size));
         std::vector<uint8_t> pixels(size_t(width) * height, 0);
@@ -293,7 +299,7 @@ ZebErrorType AravisDevice::acquireSingleImage(FramePtr& frame, uint32_t timeoutM
         FrameStatusType status = frameStatusOf(arv_buffer_get_status(buffer.get()));
         if (status == FrameStatusComplete && size < pixels.size())
             status = FrameStatusTooSmall;
-        frame = std::make_shared<Frame>(status, width, height, format, std::move(pixels),
+        frame = std::make_shared<Frame>(status, uint32_t(width), uint32_t(height), format, std::move(pixels),
                                         arv_buffer_get_frame_id(buffer.get()));
         return ZebErrorSuccess;
     });

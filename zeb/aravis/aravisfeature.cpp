@@ -8,6 +8,10 @@ namespace ZebCPP {
 
 namespace {
 
+// No camera register is this large; a description claiming more is broken, and
+// its figure must not size a buffer.
+constexpr guint64 kMaxRegisterLength = 16u << 20;
+
 bool isType(FeatureDataType type, std::initializer_list<FeatureDataType> types)
 {
     return std::find(types.begin(), types.end(), type) != types.end();
@@ -315,6 +319,8 @@ ZebErrorType AravisFeature::getRaw(uint8_t* buffer, uint32_t size, uint32_t& fil
         const guint64 length = arv_gc_register_get_length(reg, error);
         if (*error != nullptr)
             return ZebErrorSuccess;
+        if (length > kMaxRegisterLength)
+            return ZebErrorInvalidValue;
         // The node only reads whole registers.
         std::vector<uint8_t> whole(length);
         arv_gc_register_get(reg, whole.data(), length, error);
@@ -335,7 +341,7 @@ ZebErrorType AravisFeature::setRaw(const uint8_t* buffer, uint32_t size)
         const guint64 length = arv_gc_register_get_length(reg, error);
         if (*error != nullptr)
             return ZebErrorSuccess;
-        if (size > length)
+        if (size > length || length > kMaxRegisterLength)
             return ZebErrorInvalidValue;
         // A short block (the last one of a file transfer) replaces only its own
         // bytes: the node moves whole registers, so the rest is read back first.
@@ -355,8 +361,11 @@ ZebErrorType AravisFeature::rawLength(uint32_t& length)
 {
     return call({FeatureDataRaw}, Use::Query, [&](ArvDevice*, ArvGcNode* node, GError** error) {
         const guint64 n = arv_gc_register_get_length(ARV_GC_REGISTER(node), error);
-        if (*error == nullptr)
-            length = static_cast<uint32_t>(n);
+        if (*error != nullptr)
+            return ZebErrorSuccess;
+        if (n > kMaxRegisterLength)
+            return ZebErrorInvalidValue;
+        length = static_cast<uint32_t>(n);
         return ZebErrorSuccess;
     });
 }
