@@ -129,10 +129,11 @@ ZebErrorType Camera::GetStreams(std::vector<StreamPtr>& streams)
         if (err != ZebErrorSuccess)
             return err;
         std::lock_guard<std::mutex> lock(streamsMutex_);
-        if (streams_.size() != backends.size()) {
+        if (backends != streamBackends_) {
             streams_.clear();
-            for (StreamBackendPtr& backend : backends)
-                streams_.push_back(std::make_shared<Stream>(std::move(backend)));
+            for (const StreamBackendPtr& backend : backends)
+                streams_.push_back(std::make_shared<Stream>(backend));
+            streamBackends_ = std::move(backends);
         }
         streams = streams_;
         return ZebErrorSuccess;

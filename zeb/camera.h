@@ -9,6 +9,7 @@
 namespace ZebCPP {
 
 class DeviceBackend;
+class StreamBackend;
 
 // One camera found by a transport layer.
 //
@@ -74,7 +75,10 @@ private:
     InterfacePtr interface_;
     TransportLayerPtr transportLayer_;
     std::mutex streamsMutex_;
-    std::vector<StreamPtr> streams_; // made on first use, then the same objects
+    // The same objects as long as the transport hands out the same streams
+    // (it makes new ones for each session).
+    std::vector<StreamPtr> streams_;
+    std::vector<std::shared_ptr<StreamBackend>> streamBackends_;
 };
 
 } // namespace ZebCPP

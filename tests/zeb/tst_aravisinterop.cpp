@@ -398,6 +398,16 @@ void TestAravisInterop::streamHasNoProtocolFeature()
     FeaturePtr protocol;
     QCOMPARE(streams[0]->GetFeatureByName("GVSPProtocol", protocol), ZebErrorNotFound);
     QCOMPARE(streams[0]->GetFeatureByName("Width", protocol), ZebErrorNotFound);
+    std::vector<StreamPtr> again;
+    QCOMPARE(camera_->GetStreams(again), ZebErrorSuccess);
+    QCOMPARE(again, streams);
+
+    // After a close and a new open the streams belong to the new session.
+    QCOMPARE(camera_->Close(), ZebErrorSuccess);
+    QCOMPARE(camera_->Open(AccessModeFull), ZebErrorSuccess);
+    QCOMPARE(camera_->GetStreams(again), ZebErrorSuccess);
+    QCOMPARE(again.size(), size_t(1));
+    QCOMPARE(again[0]->GetFeatureByName("Width", protocol), ZebErrorNotFound);
 }
 
 void TestAravisInterop::killedCameraIsPluggedOutOnSdkThread()

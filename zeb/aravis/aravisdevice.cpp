@@ -257,8 +257,15 @@ ZebErrorType AravisDevice::streams(std::vector<StreamBackendPtr>& streams)
 {
     ZebErrorType err = ZebErrorSuccess;
     const std::shared_ptr<AravisSession> session = openSession(err);
-    if (session)
-        streams = {std::make_shared<AravisStream>(session, identity_.id + "-stream0")};
+    if (!session)
+        return err;
+    // One stream object per session, so that callers keep seeing the same one.
+    std::lock_guard<std::mutex> lock(mutex_);
+    if (!stream_ || streamSession_.lock() != session) {
+        stream_ = std::make_shared<AravisStream>(session, identity_.id + "-stream0");
+        streamSession_ = session;
+    }
+    streams = {stream_};
     return err;
 }
 

@@ -10,6 +10,8 @@
 
 namespace ZebCPP {
 
+class AravisStream;
+
 // One camera as found by discovery. Opening connects through libaravis and
 // starts a session; the discovery thread marks the camera lost when it stops
 // answering, and every call from then on returns ZebErrorBadHandle at once.
@@ -65,6 +67,8 @@ private:
     std::shared_ptr<AravisSession> session_;
     bool heldElsewhere_;
     int missedDiscoveries_ = 0;
+    std::shared_ptr<AravisStream> stream_;
+    std::weak_ptr<AravisSession> streamSession_;
     std::atomic<bool> lost_{false};
     std::atomic<bool> detached_{false};
 };
