@@ -56,14 +56,11 @@ bool ApiController::enableAutomaticDiscovery(bool on)
 ZebErrorType ApiController::UpdateCamerasList()
 {
     QMutexLocker lock(&m_camerasMutex);
-    uint32_t count = 0;
-    ZebErrorType err = m_system.GetCameras(nullptr, count);
-    if (err != ZebErrorSuccess)
-        return err;
-    m_cameras.assign(count, CameraPtr());
-    err = m_system.GetCameras(m_cameras.data(), count);
-    // A camera may have gone between the two calls; after a failure nothing valid was fetched.
-    m_cameras.resize(err == ZebErrorSuccess ? count : 0);
+    // Counted and fetched in one SDK call: a camera plugged in between two calls
+    // would otherwise fail the whole list.
+    std::vector<CameraPtr> cameras;
+    const ZebErrorType err = m_system.GetCameras(cameras);
+    m_cameras = err == ZebErrorSuccess ? std::move(cameras) : std::vector<CameraPtr>();
     return err;
 }
 
