@@ -38,21 +38,28 @@ inline ZebErrorType copyOut(const std::string& text, char* buffer, uint32_t& len
     return ZebErrorSuccess;
 }
 
-// The two-step read done once, for the std::string helpers.
+// The two-step read for the std::string helpers. A value that grew between the
+// two steps is read again with the length it gives.
 template <typename Get>
 ZebErrorType fetchString(std::string& out, Get&& get)
 {
+    constexpr int kAttempts = 3;
     uint32_t length = 0;
     ZebErrorType err = get(nullptr, length);
-    if (err != ZebErrorSuccess)
-        return err;
-    std::string text(length, '\0');
-    err = get(text.data(), length);
-    if (err != ZebErrorSuccess)
-        return err;
-    text.resize(length > 0 ? length - 1 : 0);
-    out = std::move(text);
-    return ZebErrorSuccess;
+    for (int attempt = 0; err == ZebErrorSuccess && attempt < kAttempts; ++attempt) {
+        std::string text(length, '\0');
+        err = get(text.data(), length);
+        if (err == ZebErrorMoreData) {
+            err = ZebErrorSuccess;
+            continue;
+        }
+        if (err != ZebErrorSuccess)
+            return err;
+        text.resize(length > 0 ? length - 1 : 0);
+        out = std::move(text);
+        return ZebErrorSuccess;
+    }
+    return err == ZebErrorSuccess ? ZebErrorMoreData : err;
 }
 
 // Copies a list into a caller's array; a null array asks for the count.

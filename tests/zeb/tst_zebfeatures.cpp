@@ -1,4 +1,5 @@
 #include "sim/simcontrol.h"
+#include "zebboundary.h"
 #include "zebtestsupport.h"
 
 using namespace ZebCPP;
@@ -130,6 +131,19 @@ void TestZebFeatures::stringValueIsReadInTwoSteps()
     std::string selected;
     ZebTest::feature(camera_, "FileSelector")->GetValue(selected);
     QCOMPARE(selected, std::string("UserData"));
+
+    // A value that grows between the two steps is read again; one that keeps growing gives up.
+    std::string grown;
+    auto growing = [](int growths) {
+        return [growths, text = std::string("ab")](char* out, uint32_t& size) mutable {
+            if (out != nullptr && growths-- > 0)
+                text += 'c';
+            return copyOut(text, out, size);
+        };
+    };
+    QCOMPARE(fetchString(grown, growing(1)), ZebErrorSuccess);
+    QCOMPARE(grown, std::string("abc"));
+    QCOMPARE(fetchString(grown, growing(5)), ZebErrorMoreData);
 }
 
 void TestZebFeatures::enumerationIsSetByNameOrValue()
