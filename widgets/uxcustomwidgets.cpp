@@ -11,6 +11,7 @@ UXCPixmapLabel::UXCPixmapLabel(QWidget* parent)
 void UXCPixmapLabel::setImage(const QImage& image)
 {
     m_image = image;
+    m_pixmap = QPixmap::fromImage(image);
     setPixmap(scaledPixmap());
 }
 
@@ -21,13 +22,12 @@ QImage UXCPixmapLabel::getImage() const
 
 QPixmap UXCPixmapLabel::scaledPixmap() const
 {
-    if (m_image.isNull())
+    if (m_pixmap.isNull())
         return QPixmap();
-    const QPixmap pixmap = QPixmap::fromImage(m_image);
     // Scaling to device pixels keeps the picture sharp on high-density screens.
     const qreal ratio = devicePixelRatioF();
     const QSize target(qRound(width() * ratio), qRound(height() * ratio));
-    QPixmap scaled = pixmap.scaled(target, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    QPixmap scaled = m_pixmap.scaled(target, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     scaled.setDevicePixelRatio(ratio);
     return scaled;
 }

@@ -25,6 +25,7 @@ protected:
 
 private:
     QImage m_image;
+    QPixmap m_pixmap; // the image converted once; every resize scales from it
 };
 
 // A label that reports mouse presses and shows the pointing hand over it.
