@@ -26,6 +26,7 @@ constexpr int kDefaultChunkId = 4096;
 constexpr int kTypedChunkId = 4100;
 constexpr int kAbsoluteThresholdLimit = 255;
 constexpr int kRelativeThresholdLimit = 100;
+constexpr int kImageProgressDelayMs = 500;
 
 const char* const kSlotPrefix = "DefPixMap";
 
@@ -168,6 +169,7 @@ void UXCDefectPixelCorrection::discoverMapSlots()
 
 void UXCDefectPixelCorrection::Reset()
 {
+    ++m_resets;
     if (m_fileTask.isRunning())
         m_fileTask.cancel();
     m_fileTaskWatcher.waitForFinished();
@@ -275,12 +277,24 @@ void UXCDefectPixelCorrection::_addSelectedFiles(int kind)
     QListWidget* list = kind == BrightSeries ? ui->listBrightImagePath : ui->listDarkImagePath;
     const QStringList paths =
         dialogs().getOpenFileNames(this, tr("Image paths"), m_saveImageDir, tr("Bitmap (*.bmp)"));
-    for (const QString& path : paths) {
+    // A long series keeps the window painted and can be stopped; the images
+    // added so far stay. A reset meanwhile (the camera left) ends it too.
+    QProgressDialog progress(tr("Loading images..."), tr("Cancel"), 0, paths.size(), this);
+    progress.setObjectName(QStringLiteral("imageLoadProgress"));
+    progress.setWindowModality(Qt::WindowModal);
+    progress.setMinimumDuration(kImageProgressDelayMs);
+    const unsigned int resets = m_resets;
+    for (int i = 0; i < paths.size(); ++i) {
+        progress.setValue(i);
+        if (progress.wasCanceled() || m_resets != resets)
+            break;
+        const QString& path = paths[i];
         if (!list->findItems(path, Qt::MatchExactly | Qt::MatchCaseSensitive).isEmpty())
             continue;
         if (loadImagefromFile(path, kind))
             list->addItem(path);
     }
+    progress.setValue(paths.size());
     if (paths.isEmpty())
         return;
     const QString dir = QFileInfo(paths.first()).absolutePath();

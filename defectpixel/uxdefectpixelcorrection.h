@@ -172,6 +172,7 @@ private:
     QFuture<bool> m_fileTask;
     QFutureWatcher<bool> m_fileTaskWatcher;
     unsigned int m_transferTotal = 0;
+    unsigned int m_resets = 0; // tells a running image batch that the panel was reset
     QProgressDialog* m_progressDialog = nullptr;
 
     DefectMatchPatterns m_patterns;

@@ -78,6 +78,7 @@ private slots:
     void chunkIdsHideSlots();
     void resetDuringTransferNeverLeavesHalfAMap();
     void nextCameraStartsAfresh();
+    void imageSeriesCanBeStopped();
 
 private:
     Session m_session;
@@ -288,6 +289,28 @@ void TestPanel::nextCameraStartsAfresh()
     QVERIFY(panel.defectCount() > 0);
     panel.Reset();
     QVERIFY(m_session.close(kWildMaximum));
+}
+
+void TestPanel::imageSeriesCanBeStopped()
+{
+    UXCDefectPixelCorrection panel;
+    RecordingDialogs dialogs;
+    panel.setDialogs(&dialogs);
+    QVERIFY(panel.Init(m_session.open(kOddSlots)));
+    dialogs.openFileNames = captureSeries(panel.camera(), m_dir.path(), "stopped", 3, false);
+    QCOMPARE(dialogs.openFileNames.size(), 3);
+    auto* list = panel.findChild<QListWidget*>("listDarkImagePath");
+    // Cancelled once the first image is in: it stays, the rest is not loaded.
+    connect(list->model(), &QAbstractItemModel::rowsInserted, &panel, [&panel] {
+        if (auto* progress = panel.findChild<QProgressDialog*>("imageLoadProgress"))
+            progress->cancel();
+    });
+    click(panel, "btnAddDarkImage");
+    QCOMPARE(list->count(), 1);
+    QCOMPARE(panel.darkParams().count, 1u);
+    QVERIFY(button(panel, "btnGenerateMap")->isEnabled());
+    panel.Reset();
+    QVERIFY(m_session.close(kOddSlots));
 }
 
 QTEST_MAIN(TestPanel)
