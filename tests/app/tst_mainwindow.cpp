@@ -57,11 +57,9 @@ private slots:
 
     void aboutBox();
     void logLinesAndDock();
-    void openAndCloseAreLogged();
-    void disconnectsDuringFirmwareUpdate();
+    void assistantTakesTheCameraListsPlace();
     void onlyTheOpenCameraIsClosedOnDisconnect();
     void refusedOpenIsRedAndWindowStaysUsable();
-    void assistantTakesTheCameraListsPlace();
     void unsupportedCameraIsClosedAgain();
     void anotherCameraReplacesTheOpenOne();
     void closeLetsTheCameraGoWhateverTheList();
@@ -172,39 +170,30 @@ void TestMainWindow::logLinesAndDock()
     QVERIFY(logToggle->isChecked());
 }
 
-void TestMainWindow::openAndCloseAreLogged()
+void TestMainWindow::assistantTakesTheCameraListsPlace()
 {
+    verifyChoosing();
     QSignalSpy opened(m_window.get(), &BasicMainWindow::CameraOpened);
     QSignalSpy closed(m_window.get(), &BasicMainWindow::CameraClosed);
     open("DEV_KV1230001");
     QCOMPARE(opened.count(), 1);
     QVERIFY(opened[0][0].value<UxCamera*>());
     QCOMPARE(lastLine(), QStringLiteral("Camera opened: %1").arg(kMonoName));
+    QVERIFY(m_window->AssistantDock()->isVisible());
+    QVERIFY(!panel()->isVisible());
+    QVERIFY(m_window->Assistant()->isEnabled());
+    QCOMPARE(m_window->windowTitle(),
+             QStringLiteral("Corvane Optics Orvel Defect Pixel Correction Assistant - %1").arg(kMonoName));
 
-    QTest::mouseClick(panel()->findChild<QPushButton*>(QStringLiteral("btnCloseCamera")), Qt::LeftButton);
+    closeInAssistant();
     QCOMPARE(closed.count(), 1);
     QCOMPARE(closed[0][0].toString(), kMonoName);
     QCOMPARE(lastLine(), QStringLiteral("Camera closed: %1").arg(kMonoName));
+    verifyChoosing();
 
     open("DEV_KV1230001"); // closed for real: it opens again
     QCOMPARE(opened.count(), 2);
     QVERIFY(logDock()->isHidden());
-}
-
-void TestMainWindow::disconnectsDuringFirmwareUpdate()
-{
-    open("DEV_KV1230001");
-    QSignalSpy closed(m_window.get(), &BasicMainWindow::CameraClosed);
-    const int lines = log()->count();
-    QVERIFY(QMetaObject::invokeMethod(m_window.get(), "CameraFirmwareUpdateStarted", Q_ARG(bool, true)));
-    for (int notice = 1; notice <= 3; ++notice)
-        QVERIFY(disconnect(kMonoId, kMonoName));
-    QCOMPARE(closed.count(), 0);
-    QCOMPARE(log()->count(), lines);
-
-    QVERIFY(disconnect(kMonoId, kMonoName));
-    QCOMPARE(closed.count(), 1);
-    QCOMPARE(lastLine(), QStringLiteral("Camera disconnected: %1 (%2)").arg(kMonoName, kMonoId));
 }
 
 void TestMainWindow::onlyTheOpenCameraIsClosedOnDisconnect()
@@ -213,12 +202,15 @@ void TestMainWindow::onlyTheOpenCameraIsClosedOnDisconnect()
     QSignalSpy closed(m_window.get(), &BasicMainWindow::CameraClosed);
     const int lines = log()->count();
     QVERIFY(disconnect(QStringLiteral("SimU3V::DEV_PM5000002"), QStringLiteral("Line colour")));
+    // The camera reboots during a firmware update: three notices are let pass on purpose.
+    QVERIFY(QMetaObject::invokeMethod(m_window.get(), "CameraFirmwareUpdateStarted", Q_ARG(bool, true)));
+    for (int notice = 1; notice <= 3; ++notice)
+        QVERIFY(disconnect(kMonoId, kMonoName));
     QCOMPARE(closed.count(), 0);
     QCOMPARE(log()->count(), lines);
 
-    QCOMPARE(SimControl::UnplugCamera("KV1230001"), ZebErrorSuccess);
-    QVERIFY(closed.wait(kTimeoutMs));
-    QCOMPARE(closed[0][0].toString(), kMonoName);
+    QVERIFY(disconnect(kMonoId, kMonoName));
+    QCOMPARE(closed.count(), 1);
     QCOMPARE(lastLine(), QStringLiteral("Camera disconnected: %1 (%2)").arg(kMonoName, kMonoId));
 }
 
@@ -237,22 +229,6 @@ void TestMainWindow::refusedOpenIsRedAndWindowStaysUsable()
     open("DEV_KV1230001");
     QCOMPARE(opened.count(), 1);
     QCOMPARE(log()->count(), lines + 1);
-}
-
-void TestMainWindow::assistantTakesTheCameraListsPlace()
-{
-    verifyChoosing();
-    open("DEV_KV1230001");
-    QVERIFY(m_window->AssistantDock()->isVisible());
-    QVERIFY(!panel()->isVisible());
-    QVERIFY(m_window->Assistant()->isEnabled());
-    QVERIFY(m_window->Assistant()->camera());
-    QCOMPARE(m_window->windowTitle(),
-             QStringLiteral("Corvane Optics Orvel Defect Pixel Correction Assistant - %1").arg(kMonoName));
-
-    closeInAssistant();
-    QCOMPARE(lastLine(), QStringLiteral("Camera closed: %1").arg(kMonoName));
-    verifyChoosing();
 }
 
 void TestMainWindow::unsupportedCameraIsClosedAgain()
