@@ -1,9 +1,9 @@
 #pragma once
 
 #include "ZebCPP.h"
+#include "childprocess.h"
 
 #include <QElapsedTimer>
-#include <QProcess>
 #include <QStandardPaths>
 #include <QThread>
 #include <QtTest>
@@ -45,39 +45,28 @@ public:
         QStringList arguments = {"-i", "127.0.0.1", "-s", kSerial, "-g", ZEB_TEST_DATA_DIR "/mapcamera.xml"};
         // Through setpriv when there is one: the camera dies with a test that
         // was killed, instead of holding the port for the next run.
+        QString executable = program;
         const QString setpriv = QStandardPaths::findExecutable("setpriv");
         if (!setpriv.isEmpty()) {
             arguments = QStringList({"--pdeathsig", "KILL", program}) + arguments;
-            process_.setProgram(setpriv);
-        } else {
-            process_.setProgram(program);
+            executable = setpriv;
         }
-        process_.setArguments(arguments);
-        process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        process_.start();
-        if (!process_.waitForStarted(5000))
-            return "the fake camera did not start: " + process_.errorString();
+        if (!process_.start(executable, arguments))
+            return "the fake camera did not start: " + executable + " could not be executed";
         QThread::msleep(300); // binds its sockets after start-up
         return {};
     }
 
     void kill()
     {
-        process_.kill();
+        process_.signal(SIGKILL);
         process_.waitForFinished(5000);
     }
 
-    void stop()
-    {
-        if (process_.state() == QProcess::NotRunning)
-            return;
-        process_.terminate();
-        if (!process_.waitForFinished(3000))
-            kill();
-    }
+    void stop() { process_.stop(); }
 
 private:
-    QProcess process_;
+    ChildProcess process_;
 };
 
 // The camera once discovery has listed it, null after the timeout.

@@ -1,5 +1,6 @@
 #include <QImage>
-#include <QProcess>
+#include "childprocess.h"
+
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -19,17 +20,21 @@ private:
 
 int TestZebSimCapture::run(const QStringList& arguments, QByteArray* errors)
 {
-    QProcess tool;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove("ZEB_SIM_CAMERAS"); // the tool falls back to the built-in set
-    environment.remove("ZEB_GEV_ADDRESSES");
-    tool.setProcessEnvironment(environment);
-    tool.start(ZEB_SIM_CAPTURE, arguments);
-    if (!tool.waitForFinished(60000))
+    qunsetenv("ZEB_SIM_CAMERAS"); // the tool falls back to the built-in set
+    qunsetenv("ZEB_GEV_ADDRESSES");
+#ifdef ZEB_SIM_CAPTURE_EMULATOR
+    const QString program = ZEB_SIM_CAPTURE_EMULATOR;
+    const QStringList programArguments = QStringList(ZEB_SIM_CAPTURE) + arguments;
+#else
+    const QString program = ZEB_SIM_CAPTURE;
+    const QStringList programArguments = arguments;
+#endif
+    ChildProcess tool;
+    if (!tool.start(program, programArguments, true) || !tool.waitForFinished(60000))
         return -1;
     if (errors)
-        *errors = tool.readAllStandardError();
-    return tool.exitStatus() == QProcess::NormalExit ? tool.exitCode() : -1;
+        *errors = tool.errors();
+    return tool.exitCode();
 }
 
 void TestZebSimCapture::seriesLoadAsBitmaps_data()
