@@ -1,6 +1,8 @@
+#include "apptranslations.h"
 #include "mainwindow.h"
 
 #include <QApplication>
+#include <QLocale>
 #include <QStyleFactory>
 
 namespace {
@@ -16,6 +18,7 @@ int main(int argc, char* argv[])
 {
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("fusion")));
     QApplication app(argc, argv);
+    installTranslations(app, QLocale::system());
 
     const QString version = QStringLiteral("%1.%2.%3.%4")
                                 .arg(kVersionMajor)

@@ -1,0 +1,703 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de_DE">
+<context>
+    <name>ApiController</name>
+    <message>
+        <source>Failed to get camera extended ID</source>
+        <translation>Erweiterte Kamera-ID konnte nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>Failed to get camera ID for %1</source>
+        <translation>Kamera-ID von %1 konnte nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>Failed to get camera model for %1</source>
+        <translation>Kameramodell von %1 konnte nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>Failed to get camera name for %1</source>
+        <translation>Kameraname von %1 konnte nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>Failed to get camera serial number for %1</source>
+        <translation>Seriennummer von %1 konnte nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>Failed to get camera interface ID for %1</source>
+        <translation>Schnittstellen-ID von %1 konnte nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>Failed to get camera transport layer for %1</source>
+        <translation>Transportschicht von %1 konnte nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>Failed to get camera transport layer name for %1</source>
+        <translation>Name der Transportschicht von %1 konnte nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>Failed to get camera TL path for %1</source>
+        <translation>TL-Pfad von %1 konnte nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>Failed to get camera access mode for %1</source>
+        <translation>Zugriffsmodus von %1 konnte nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>Failed to get camera for %1</source>
+        <translation>Kamera %1 konnte nicht ermittelt werden</translation>
+    </message>
+    <message>
+        <source>Failed to open camera %1</source>
+        <translation>Kamera %1 konnte nicht geöffnet werden</translation>
+    </message>
+    <message>
+        <source>Failed to close camera %1</source>
+        <translation>Kamera %1 konnte nicht geschlossen werden</translation>
+    </message>
+    <message>
+        <source>Success.</source>
+        <translation>Erfolgreich.</translation>
+    </message>
+    <message>
+        <source>Unexpected fault in ZebApi or driver.</source>
+        <translation>Unerwarteter Fehler in der ZebApi oder im Treiber.</translation>
+    </message>
+    <message>
+        <source>API not started.</source>
+        <translation>API nicht gestartet.</translation>
+    </message>
+    <message>
+        <source>Not found.</source>
+        <translation>Nicht gefunden.</translation>
+    </message>
+    <message>
+        <source>Invalid handle </source>
+        <translation>Ungültiges Handle </translation>
+    </message>
+    <message>
+        <source>Device not open.</source>
+        <translation>Gerät nicht geöffnet.</translation>
+    </message>
+    <message>
+        <source>Invalid access.</source>
+        <translation>Ungültiger Zugriff.</translation>
+    </message>
+    <message>
+        <source>Bad parameter.</source>
+        <translation>Fehlerhafter Parameter.</translation>
+    </message>
+    <message>
+        <source>Wrong DLL version.</source>
+        <translation>Falsche DLL-Version.</translation>
+    </message>
+    <message>
+        <source>More data returned than memory provided.</source>
+        <translation>Mehr Daten geliefert als Speicher bereitgestellt.</translation>
+    </message>
+    <message>
+        <source>Wrong type.</source>
+        <translation>Falscher Typ.</translation>
+    </message>
+    <message>
+        <source>Invalid value.</source>
+        <translation>Ungültiger Wert.</translation>
+    </message>
+    <message>
+        <source>Timeout.</source>
+        <translation>Zeitüberschreitung.</translation>
+    </message>
+    <message>
+        <source>TL error.</source>
+        <translation>TL-Fehler.</translation>
+    </message>
+    <message>
+        <source>Resource not available.</source>
+        <translation>Ressource nicht verfügbar.</translation>
+    </message>
+    <message>
+        <source>Invalid call.</source>
+        <translation>Ungültiger Aufruf.</translation>
+    </message>
+    <message>
+        <source>TL not loaded.</source>
+        <translation>TL nicht geladen.</translation>
+    </message>
+    <message>
+        <source>Not implemented.</source>
+        <translation>Nicht implementiert.</translation>
+    </message>
+    <message>
+        <source>Not supported.</source>
+        <translation>Nicht unterstützt.</translation>
+    </message>
+    <message>
+        <source>Unknown</source>
+        <translation>Unbekannt</translation>
+    </message>
+    <message>
+        <source>%1 (error: %2)</source>
+        <translation>%1 (Fehler: %2)</translation>
+    </message>
+    <message>
+        <source>Error: %1</source>
+        <translation>Fehler: %1</translation>
+    </message>
+</context>
+<context>
+    <name>BasicMainWindow</name>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Ansicht</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>Über</translation>
+    </message>
+    <message>
+        <source>About Qt</source>
+        <translation>Über Qt</translation>
+    </message>
+    <message>
+        <source>Camera List</source>
+        <translation>Kameraliste</translation>
+    </message>
+    <message>
+        <source>Log View</source>
+        <translation>Protokoll</translation>
+    </message>
+    <message>
+        <source>Camera selected: %1</source>
+        <translation>Kamera ausgewählt: %1</translation>
+    </message>
+    <message>
+        <source>Camera unselected: %1</source>
+        <translation>Kamera abgewählt: %1</translation>
+    </message>
+    <message>
+        <source>Camera opened: %1</source>
+        <translation>Kamera geöffnet: %1</translation>
+    </message>
+    <message>
+        <source>Camera closed: %1</source>
+        <translation>Kamera geschlossen: %1</translation>
+    </message>
+    <message>
+        <source>Camera disconnected: %1 (%2)</source>
+        <translation>Kamera getrennt: %1 (%2)</translation>
+    </message>
+    <message>
+        <source>%1 is a Qt application using the ZebCPP API.</source>
+        <translation>%1 ist eine Qt-Anwendung, die die ZebCPP-API verwendet.</translation>
+    </message>
+    <message>
+        <source>Version: %1</source>
+        <translation>Version: %1</translation>
+    </message>
+    <message>
+        <source>Published by Corvane Optics Technologies. All rights reserved.</source>
+        <translation>Herausgegeben von Corvane Optics Technologies. Alle Rechte vorbehalten.</translation>
+    </message>
+</context>
+<context>
+    <name>CameraDiscoveryWidget</name>
+    <message>
+        <source>Compatible only</source>
+        <translation>Nur kompatible</translation>
+    </message>
+    <message>
+        <source>Show compatible cameras only</source>
+        <translation>Nur kompatible Kameras anzeigen</translation>
+    </message>
+    <message>
+        <source>Auto refresh</source>
+        <translation>Automatisch aktualisieren</translation>
+    </message>
+    <message>
+        <source>Enable or disable the automatic refresh of the list of cameras</source>
+        <translation>Automatische Aktualisierung der Kameraliste ein- oder ausschalten</translation>
+    </message>
+    <message>
+        <source>Open Selected Camera</source>
+        <translation>Ausgewählte Kamera öffnen</translation>
+    </message>
+    <message>
+        <source>Refresh</source>
+        <translation>Aktualisieren</translation>
+    </message>
+    <message>
+        <source>Close Camera</source>
+        <translation>Kamera schließen</translation>
+    </message>
+    <message>
+        <source>%1 (error: %2)</source>
+        <translation>%1 (Fehler: %2)</translation>
+    </message>
+    <message>
+        <source>Failed to start the camera SDK</source>
+        <translation>Das Kamera-SDK konnte nicht gestartet werden</translation>
+    </message>
+    <message>
+        <source>Failed to %1 the automatic refresh of cameras</source>
+        <translation>Die automatische Aktualisierung der Kameras konnte nicht %1 werden</translation>
+    </message>
+    <message>
+        <source>enable</source>
+        <translation>eingeschaltet</translation>
+    </message>
+    <message>
+        <source>disable</source>
+        <translation>ausgeschaltet</translation>
+    </message>
+    <message>
+        <source>Refresh in progress...</source>
+        <translation>Aktualisierung läuft...</translation>
+    </message>
+    <message>
+        <source>compatible </source>
+        <translation>kompatiblen </translation>
+    </message>
+    <message>
+        <source>No %1cameras found</source>
+        <translation>Keine %1Kameras gefunden</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>Defect Pixel Correction Assistant</source>
+        <translation>Assistent zur Defektpixelkorrektur</translation>
+    </message>
+    <message>
+        <source>Unsupported camera (%1). Defect pixel map selection is unavailable.</source>
+        <translation>Nicht unterstützte Kamera (%1). Die Auswahl der Defektpixelkarte ist nicht verfügbar.</translation>
+    </message>
+</context>
+<context>
+    <name>UXCDefectPixelCorrection</name>
+    <message>
+        <source>Defect Pixel Correction</source>
+        <translation>Defektpixelkorrektur</translation>
+    </message>
+    <message>
+        <source>Close Camera</source>
+        <translation>Kamera schließen</translation>
+    </message>
+    <message>
+        <source>Dark Image Input Parameters</source>
+        <translation>Eingabeparameter der Dunkelbilder</translation>
+    </message>
+    <message>
+        <source> Image Paths:</source>
+        <translation> Bildpfade:</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+    <message>
+        <source>Resulting Mean Image:</source>
+        <translation>Resultierendes Mittelwertbild:</translation>
+    </message>
+    <message>
+        <source>Absolute Threshold:</source>
+        <translation>Absoluter Schwellwert:</translation>
+    </message>
+    <message>
+        <source>000</source>
+        <translation>000</translation>
+    </message>
+    <message>
+        <source>16</source>
+        <translation>16</translation>
+    </message>
+    <message>
+        <source>Bright Image Input Parameters</source>
+        <translation>Eingabeparameter der Hellbilder</translation>
+    </message>
+    <message>
+        <source>Relative Threshold In %:</source>
+        <translation>Relativer Schwellwert in %:</translation>
+    </message>
+    <message>
+        <source>12</source>
+        <translation>12</translation>
+    </message>
+    <message>
+        <source>Generate Map</source>
+        <translation>Karte erzeugen</translation>
+    </message>
+    <message>
+        <source>Defect Pixel Count:</source>
+        <translation>Anzahl Defektpixel:</translation>
+    </message>
+    <message>
+        <source>Defect Pixel Map Selector:</source>
+        <translation>Auswahl der Defektpixelkarte:</translation>
+    </message>
+    <message>
+        <source>Upload Generated Map To Camera</source>
+        <translation>Erzeugte Karte in die Kamera laden</translation>
+    </message>
+    <message>
+        <source>Save Generated Map To File </source>
+        <translation>Erzeugte Karte in Datei speichern </translation>
+    </message>
+    <message>
+        <source>Upload Local Map To Camera</source>
+        <translation>Lokale Karte in die Kamera laden</translation>
+    </message>
+    <message>
+        <source>Download Map To File</source>
+        <translation>Karte aus der Kamera in Datei laden</translation>
+    </message>
+    <message>
+        <source>Firmware: </source>
+        <translation>Firmware: </translation>
+    </message>
+    <message>
+        <source>Generate map from the resulting dark%1 mean images.</source>
+        <translation>Karte aus den resultierenden dunklen%1 Mittelwertbildern erzeugen.</translation>
+    </message>
+    <message>
+        <source> and bright</source>
+        <translation> und hellen</translation>
+    </message>
+    <message>
+        <source>Load Image</source>
+        <translation>Bild laden</translation>
+    </message>
+    <message>
+        <source>%1 failed!</source>
+        <translation>%1 fehlgeschlagen!</translation>
+    </message>
+    <message>
+        <source>Loading image &apos;%1&apos; failed.</source>
+        <translation>Laden des Bildes &apos;%1&apos; fehlgeschlagen.</translation>
+    </message>
+    <message>
+        <source>%1: image format not supported!</source>
+        <translation>%1: Bildformat nicht unterstützt!</translation>
+    </message>
+    <message>
+        <source>Loading &apos;%1&apos;: Image format not supported.</source>
+        <translation>Laden von &apos;%1&apos;: Bildformat nicht unterstützt.</translation>
+    </message>
+    <message>
+        <source>%1: incompatible image!</source>
+        <translation>%1: inkompatibles Bild!</translation>
+    </message>
+    <message>
+        <source>Loading &apos;%1&apos;: incompatible image.</source>
+        <translation>Laden von &apos;%1&apos;: inkompatibles Bild.</translation>
+    </message>
+    <message>
+        <source>Out of memory!</source>
+        <translation>Nicht genügend Speicher!</translation>
+    </message>
+    <message>
+        <source>Loading &apos;%1&apos;: out of memory.</source>
+        <translation>Laden von &apos;%1&apos;: nicht genügend Speicher.</translation>
+    </message>
+    <message>
+        <source>Image paths</source>
+        <translation>Bildpfade</translation>
+    </message>
+    <message>
+        <source>Bitmap (*.bmp)</source>
+        <translation>Bitmap (*.bmp)</translation>
+    </message>
+    <message>
+        <source>Loading images...</source>
+        <translation>Bilder werden geladen...</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Generate map failed: missing image parameters</source>
+        <translation>Karte erzeugen fehlgeschlagen: Bildparameter fehlen</translation>
+    </message>
+    <message>
+        <source>Generate map failed: missing image parameters!</source>
+        <translation>Karte erzeugen fehlgeschlagen: Bildparameter fehlen!</translation>
+    </message>
+    <message>
+        <source>Generate color map failed: missing image parameters!</source>
+        <translation>Farbkarte erzeugen fehlgeschlagen: Bildparameter fehlen!</translation>
+    </message>
+    <message>
+        <source>The resulting number of defect pixels: %1; the maximum allowed is: %2.</source>
+        <translation>Resultierende Anzahl Defektpixel: %1; höchstens erlaubt sind: %2.</translation>
+    </message>
+    <message>
+        <source>Generate map: The resulting number of defect pixels: %1; the maximum allowed is: %2.</source>
+        <translation>Karte erzeugen: Resultierende Anzahl Defektpixel: %1; höchstens erlaubt sind: %2.</translation>
+    </message>
+    <message>
+        <source>Map successfully generated.</source>
+        <translation>Karte erfolgreich erzeugt.</translation>
+    </message>
+    <message>
+        <source>Uploading Map...</source>
+        <translation>Karte wird hochgeladen...</translation>
+    </message>
+    <message>
+        <source>Uploading.....</source>
+        <translation>Hochladen.....</translation>
+    </message>
+    <message>
+        <source>The camera reports an implausible maximal map size: %1.</source>
+        <translation>Die Kamera meldet eine unplausible maximale Kartengröße: %1.</translation>
+    </message>
+    <message>
+        <source>Upload Defect Pixel Map</source>
+        <translation>Defektpixelkarte hochladen</translation>
+    </message>
+    <message>
+        <source>Upload failed: factory map is protected!</source>
+        <translation>Hochladen fehlgeschlagen: Werkskarte ist geschützt!</translation>
+    </message>
+    <message>
+        <source>Upload failed: factory map is protected</source>
+        <translation>Hochladen fehlgeschlagen: Werkskarte ist geschützt</translation>
+    </message>
+    <message>
+        <source>Clear map failed</source>
+        <translation>Löschen der Karte fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Upload failed: Clear map failed</source>
+        <translation>Hochladen fehlgeschlagen: Löschen der Karte fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Get maximal map size failed</source>
+        <translation>Lesen der maximalen Kartengröße fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Upload failed: Get maximal map size failed!</source>
+        <translation>Hochladen fehlgeschlagen: Lesen der maximalen Kartengröße fehlgeschlagen!</translation>
+    </message>
+    <message>
+        <source>Upload failed: maximum number of defect pixels exceeded!</source>
+        <translation>Hochladen fehlgeschlagen: Höchstzahl an Defektpixeln überschritten!</translation>
+    </message>
+    <message>
+        <source>Get selected map failed!</source>
+        <translation>Lesen der ausgewählten Karte fehlgeschlagen!</translation>
+    </message>
+    <message>
+        <source>Upload Defect Pixel Map: Get selected map failed!</source>
+        <translation>Defektpixelkarte hochladen: Lesen der ausgewählten Karte fehlgeschlagen!</translation>
+    </message>
+    <message>
+        <source>Upload failed: upload to factory map is protected!</source>
+        <translation>Hochladen fehlgeschlagen: Hochladen in die Werkskarte ist gesperrt!</translation>
+    </message>
+    <message>
+        <source>Upload Defect Pixel Map: upload to factory map is protected!</source>
+        <translation>Defektpixelkarte hochladen: Hochladen in die Werkskarte ist gesperrt!</translation>
+    </message>
+    <message>
+        <source>Upload failed: empty map</source>
+        <translation>Hochladen fehlgeschlagen: leere Karte</translation>
+    </message>
+    <message>
+        <source>Upload Defect Pixel Map: empty map!</source>
+        <translation>Defektpixelkarte hochladen: leere Karte!</translation>
+    </message>
+    <message>
+        <source>Clear map failed (protected map)</source>
+        <translation>Löschen der Karte fehlgeschlagen (geschützte Karte)</translation>
+    </message>
+    <message>
+        <source>Upload Defect Pixel Map: Clear map failed (protected map)!</source>
+        <translation>Defektpixelkarte hochladen: Löschen der Karte fehlgeschlagen (geschützte Karte)!</translation>
+    </message>
+    <message>
+        <source>Upload failed</source>
+        <translation>Hochladen fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Upload Defect Pixel Map: Upload failed!</source>
+        <translation>Defektpixelkarte hochladen: Hochladen fehlgeschlagen!</translation>
+    </message>
+    <message>
+        <source>Download Map From Camera</source>
+        <translation>Karte aus der Kamera laden</translation>
+    </message>
+    <message>
+        <source>Get map size failed</source>
+        <translation>Lesen der Kartengröße fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Download failed: Get map size failed!</source>
+        <translation>Herunterladen fehlgeschlagen: Lesen der Kartengröße fehlgeschlagen!</translation>
+    </message>
+    <message>
+        <source>Download failed: invalid map size!</source>
+        <translation>Herunterladen fehlgeschlagen: ungültige Kartengröße!</translation>
+    </message>
+    <message>
+        <source>Download Map</source>
+        <translation>Karte herunterladen</translation>
+    </message>
+    <message>
+        <source>Download failed: map not initialized</source>
+        <translation>Herunterladen fehlgeschlagen: Karte nicht initialisiert</translation>
+    </message>
+    <message>
+        <source>Download Map: map not initialized!</source>
+        <translation>Karte herunterladen: Karte nicht initialisiert!</translation>
+    </message>
+    <message>
+        <source>Get selected map failed</source>
+        <translation>Lesen der ausgewählten Karte fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Download Map: Get selected map failed!</source>
+        <translation>Karte herunterladen: Lesen der ausgewählten Karte fehlgeschlagen!</translation>
+    </message>
+    <message>
+        <source>Download Map: Get map size failed!</source>
+        <translation>Karte herunterladen: Lesen der Kartengröße fehlgeschlagen!</translation>
+    </message>
+    <message>
+        <source>Text (*%1)</source>
+        <translation>Text (*%1)</translation>
+    </message>
+    <message>
+        <source>Bin (*%1)</source>
+        <translation>Binär (*%1)</translation>
+    </message>
+    <message>
+        <source>Export Map</source>
+        <translation>Karte exportieren</translation>
+    </message>
+    <message>
+        <source>Import Map</source>
+        <translation>Karte importieren</translation>
+    </message>
+    <message>
+        <source>Text (*.txt)</source>
+        <translation>Text (*.txt)</translation>
+    </message>
+    <message>
+        <source>Save Map</source>
+        <translation>Karte speichern</translation>
+    </message>
+    <message>
+        <source>Save to file failed!</source>
+        <translation>Speichern in Datei fehlgeschlagen!</translation>
+    </message>
+    <message>
+        <source>Upload Map: setting DefectPixelCorrection_MapSelect to &apos;%1&apos; failed!</source>
+        <translation>Karte hochladen: Setzen von DefectPixelCorrection_MapSelect auf &apos;%1&apos; fehlgeschlagen!</translation>
+    </message>
+    <message>
+        <source>Upload Map</source>
+        <translation>Karte hochladen</translation>
+    </message>
+    <message>
+        <source>Stop streaming before uploading map to camera.</source>
+        <translation>Beenden Sie den Bildeinzug, bevor Sie eine Karte in die Kamera laden.</translation>
+    </message>
+    <message>
+        <source>Upload failed: empty map!</source>
+        <translation>Hochladen fehlgeschlagen: leere Karte!</translation>
+    </message>
+    <message>
+        <source>The uploaded map would overwrite the selected map &apos;%1&apos;.
+Start upload?</source>
+        <translation>Die hochgeladene Karte würde die ausgewählte Karte &apos;%1&apos; überschreiben.
+Hochladen starten?</translation>
+    </message>
+    <message>
+        <source>Upload Map %1.</source>
+        <translation>Karte hochladen %1.</translation>
+    </message>
+    <message>
+        <source> succeeded</source>
+        <translation> erfolgreich</translation>
+    </message>
+    <message>
+        <source> failed</source>
+        <translation> fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Upload Generated Map</source>
+        <translation>Erzeugte Karte hochladen</translation>
+    </message>
+    <message>
+        <source>Upload Generated Map &apos;%1&apos;%2: %3 bytes written.</source>
+        <translation>Erzeugte Karte &apos;%1&apos; hochladen%2: %3 Bytes geschrieben.</translation>
+    </message>
+    <message>
+        <source>Upload Local Map</source>
+        <translation>Lokale Karte hochladen</translation>
+    </message>
+    <message>
+        <source>The uploaded map would overwrite the selected map &apos;%1&apos;.
+Do you want to proceed?</source>
+        <translation>Die hochgeladene Karte würde die ausgewählte Karte &apos;%1&apos; überschreiben.
+Möchten Sie fortfahren?</translation>
+    </message>
+    <message>
+        <source>Upload Map: loading local map failed!</source>
+        <translation>Karte hochladen: Laden der lokalen Karte fehlgeschlagen!</translation>
+    </message>
+    <message>
+        <source>Upload Local Map %1.</source>
+        <translation>Lokale Karte hochladen %1.</translation>
+    </message>
+    <message>
+        <source>Bin (*.bin)</source>
+        <translation>Binär (*.bin)</translation>
+    </message>
+    <message>
+        <source>Upload Local File</source>
+        <translation>Lokale Datei hochladen</translation>
+    </message>
+    <message>
+        <source>Upload Local File &apos;%1&apos;%2: %3 bytes written.</source>
+        <translation>Lokale Datei &apos;%1&apos; hochladen%2: %3 Bytes geschrieben.</translation>
+    </message>
+    <message>
+        <source>Download device file %1.</source>
+        <translation>Gerätedatei herunterladen %1.</translation>
+    </message>
+    <message>
+        <source>Download File As</source>
+        <translation>Datei herunterladen als</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Herunterladen</translation>
+    </message>
+    <message>
+        <source>Download device file %1: %2 bytes written.</source>
+        <translation>Gerätedatei %1 herunterladen: %2 Bytes geschrieben.</translation>
+    </message>
+    <message>
+        <source>File Access</source>
+        <translation>Dateizugriff</translation>
+    </message>
+    <message>
+        <source>%1 task has been successfully done.</source>
+        <translation>%1: Vorgang erfolgreich abgeschlossen.</translation>
+    </message>
+    <message>
+        <source>%1 Error occurs during File Access.</source>
+        <translation>%1: Fehler beim Dateizugriff.</translation>
+    </message>
+</context>
+</TS>
