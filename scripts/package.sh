@@ -20,7 +20,7 @@ done
 
 deps=(--package)
 [[ " ${arches[*]} " == *" arm64 "* ]] && deps+=(--arm64)
-"$root/scripts/install-deps.sh" "${deps[@]}" || true
+"$root/scripts/install-deps.sh" "${deps[@]}" 2>/dev/null || true
 for tool in dpkg-shlibdeps lintian xvfb-run xwininfo; do
   if ! command -v "$tool" >/dev/null; then
     echo "package.sh: $tool is missing; install it with: scripts/install-deps.sh --package" >&2

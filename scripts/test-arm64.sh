@@ -9,7 +9,7 @@ set -euo pipefail
 root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 build="${DPC_ARM64_BUILD_DIR:-$root/build/arm64}"
 
-"$root/scripts/install-deps.sh" --arm64 || true
+"$root/scripts/install-deps.sh" --arm64 2>/dev/null || true
 
 # One clear line for the first thing still missing, and how to get it.
 need() { # <what> <package> <test command...>
