@@ -284,10 +284,26 @@ ZebErrorType SimCamera::featureCall(uint64_t connection, const SimFeatureDef& de
             if (!grantsFull(openMode_) || !writableLocked(def))
                 return ZebErrorInvalidAccess;
             err = faults_.hit(access == SimAccess::Write ? FaultKind::FeatureWrite : FaultKind::Command);
+            if (err == ZebErrorSuccess && access == SimAccess::Command && isFileOperation(def)) {
+                const ZebErrorType status = faults_.hit(FaultKind::FileStatus);
+                if (status != ZebErrorSuccess) {
+                    // The command itself completes; only the status tells.
+                    state_.files->refuse(status);
+                    return ZebErrorSuccess;
+                }
+                if (state_.files->operation() == SimFileStore::OpWrite
+                    && faults_.hit(FaultKind::ShortWrite) != ZebErrorSuccess)
+                    state_.files->shortenNextWrite();
+            }
             break;
         }
         return err != ZebErrorSuccess ? err : body();
     });
+}
+
+bool SimCamera::isFileOperation(const SimFeatureDef& def) const
+{
+    return state_.files && def.name == "FileOperationExecute";
 }
 
 bool SimCamera::writableLocked(const SimFeatureDef& def) const

@@ -50,6 +50,7 @@ public:
                              const std::function<ZebErrorType()>& body);
     // The following run inside featureCall, with the lock held.
     bool writableLocked(const SimFeatureDef& def) const;
+    bool isFileOperation(const SimFeatureDef& def) const;
     void commandStartedLocked(const SimFeatureDef& def);
     bool commandDoneLocked(const SimFeatureDef& def) const;
     bool transferLocked(uint64_t bytes);

@@ -78,7 +78,7 @@ ZebErrorType SetStreaming(const std::string& camera, bool streaming)
 
 ZebErrorType InjectFault(const std::string& camera, FaultKind kind, uint32_t nth, ZebErrorType code)
 {
-    if (nth == 0 || code == ZebErrorSuccess || kind < FaultKind::FeatureRead || kind > FaultKind::Close)
+    if (nth == 0 || code == ZebErrorSuccess || kind < FaultKind::FeatureRead || kind > FaultKind::ShortWrite)
         return ZebErrorBadParameter;
     return onCamera(camera, [&](SimCamera& c) { return c.injectFault(kind, nth, code); });
 }

@@ -42,7 +42,9 @@ enum class FaultKind {
     MemoryRead,   // ReadMemory
     MemoryWrite,  // WriteMemory
     Open,
-    Close
+    Close,
+    FileStatus,   // a file operation: its command completes, FileOperationStatus says Failure
+    ShortWrite    // a file Write: only half of the bytes are taken, as FileOperationResult says
 };
 
 // The n-th (1 = the next) operation of this kind fails with the given code and

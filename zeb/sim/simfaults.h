@@ -24,7 +24,7 @@ private:
         uint32_t remaining = 0; // 0 = nothing armed
         ZebErrorType code = ZebErrorSuccess;
     };
-    std::array<Armed, 7> armed_{};
+    std::array<Armed, 9> armed_{};
     std::optional<uint64_t> byteBudget_;
 };
 

@@ -188,7 +188,10 @@ ZebErrorType SimFileStore::write()
     std::vector<uint8_t>& data = open_->staging;
     if (offset_ < 0 || static_cast<uint64_t>(offset_) > data.size())
         return finish(ZebErrorInvalidValue, 0);
-    const auto n = lengthWritable_ ? static_cast<uint32_t>(length_) : lastBufferWrite_;
+    auto n = lengthWritable_ ? static_cast<uint32_t>(length_) : lastBufferWrite_;
+    if (shortWrite_)
+        n /= 2;
+    shortWrite_ = false;
     if (!lengthWritable_)
         length_ = n;
     data.resize(std::max<size_t>(data.size(), static_cast<size_t>(offset_) + n));

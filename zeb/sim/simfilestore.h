@@ -54,6 +54,10 @@ public:
     // ZebErrorInvalidCall, a refused file ZebErrorInvalidAccess, a container the
     // slot rejects ZebErrorInvalidValue; the status features say the same.
     ZebErrorType execute();
+    // Ends the selected operation as failed without doing it (an injected fault).
+    ZebErrorType refuse(ZebErrorType err) { return finish(err, 0); }
+    // The next Write takes only half of the bytes it is given.
+    void shortenNextWrite() { shortWrite_ = true; }
 
     // Forgets an open file without committing it (the camera lost power).
     void abort() { open_.reset(); }
@@ -95,6 +99,7 @@ private:
     int64_t length_;
     std::vector<uint8_t> buffer_;
     uint32_t lastBufferWrite_ = 0;
+    bool shortWrite_ = false;
     std::optional<OpenFile> open_;
     bool succeeded_ = true;
     int64_t result_ = 0;
