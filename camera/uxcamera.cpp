@@ -195,6 +195,12 @@ bool UxCamera::UploadBuffer(std::vector<unsigned char> buffer, const char* fileN
     long long remaining = static_cast<long long>(buffer.size());
     const long long block = std::min(remaining, fileBlockSize());
     const bool lengthWritable = isWritable("FileAccessLength");
+    // A camera may take fewer bytes than it was given and says so only in the
+    // operation's result; the rest of the file would then be missing.
+    auto tookAll = [this](long long n) {
+        QVariant result;
+        return !m_features->GetValue("FileOperationResult", result) || result.toLongLong() == n;
+    };
     long long offset = 0;
     if (!lengthWritable || m_features->SetValue("FileAccessLength", block)) {
         std::vector<unsigned char> chunk;
@@ -207,7 +213,7 @@ bool UxCamera::UploadBuffer(std::vector<unsigned char> buffer, const char* fileN
                 break;
             chunk.assign(buffer.begin() + offset, buffer.begin() + offset + n);
             if (!m_features->SetRegisterValue("FileAccessBuffer", chunk, static_cast<int>(n))
-                || !runFileOperation(kWrite, kBlockTimeoutMs))
+                || !runFileOperation(kWrite, kBlockTimeoutMs) || !tookAll(n))
                 break;
             remaining -= n;
             offset += n;
@@ -222,7 +228,8 @@ bool UxCamera::UploadBuffer(std::vector<unsigned char> buffer, const char* fileN
     emit updateTransferProcess(0, name, kWrite);
     if (bytesWritten != nullptr)
         *bytesWritten = static_cast<long>(offset);
-    return true;
+    // The file is closed either way; a transfer that stopped early failed.
+    return remaining == 0;
 }
 
 bool UxCamera::UploadLocalFile(const QString& localPath, const char* fileName, const char* fileSelector,
