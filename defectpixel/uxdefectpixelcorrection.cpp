@@ -173,6 +173,12 @@ void UXCDefectPixelCorrection::Reset()
     if (m_fileTask.isRunning())
         m_fileTask.cancel();
     m_fileTaskWatcher.waitForFinished();
+    // The end of this transfer is no longer reported below; a failed one may
+    // have left the camera's file open, and the camera must not keep it so.
+    if (m_fileTaskUnreported
+        && (m_fileTask.isCanceled() || m_fileTask.resultCount() == 0 || !m_fileTask.result()))
+        closeDeviceFile();
+    m_fileTaskUnreported = false;
     if (m_finishFileTaskConnected) {
         disconnect(&m_fileTaskWatcher, &QFutureWatcher<bool>::finished, this,
                    &UXCDefectPixelCorrection::finishFileTask);

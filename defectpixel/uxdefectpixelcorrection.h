@@ -179,4 +179,5 @@ private:
     std::unique_ptr<UXCDialogs> m_defaultDialogs;
     UXCDialogs* m_dialogs = nullptr;
     bool m_finishFileTaskConnected = false;
+    bool m_fileTaskUnreported = false; // a transfer was started; nobody has looked at its end yet
 };

@@ -242,9 +242,12 @@ bool UXCDefectPixelCorrection::uploadMap_RegisterAccess(t_defpix* map, unsigned 
         std::vector<uint32_t> words =
             packRegisterMap(map, count, m_revision == kTypedMapRevision, m_bigEndian, m_maxMapSize,
                             [this](double percent) { emit actionViewerUpdateProcessBar(true, int(percent)); });
-        unsigned int bytes = static_cast<unsigned int>(words.size() * sizeof(uint32_t));
+        const auto wanted = static_cast<unsigned int>(words.size() * sizeof(uint32_t));
+        unsigned int bytes = wanted;
+        // A short write leaves the map cut off in the camera: that is a failure too.
         written = m_camera
-                  && m_camera->Write(kMapRegEntries, reinterpret_cast<const unsigned char*>(words.data()), &bytes);
+                  && m_camera->Write(kMapRegEntries, reinterpret_cast<const unsigned char*>(words.data()), &bytes)
+                  && bytes == wanted;
     }
     if (written) {
         setPixelsCorrectionControlEnable(true);
@@ -485,6 +488,7 @@ void UXCDefectPixelCorrection::startFileTask(const QString& transferName, const 
     ui->btnUploadLocalMap->setEnabled(false);
     ui->btnDownloadMapToFile->setEnabled(false);
     m_fileTaskWatcher.setObjectName(transferName);
+    m_fileTaskUnreported = true;
     m_fileTask = QtConcurrent::run(task);
     m_fileTaskWatcher.setFuture(m_fileTask);
 }
@@ -499,6 +503,7 @@ void UXCDefectPixelCorrection::closeDeviceFile()
 
 void UXCDefectPixelCorrection::finishFileTask()
 {
+    m_fileTaskUnreported = false;
     const QString transfer = m_fileTaskWatcher.objectName();
     const QString title = tr("File Access");
     if (!m_fileTaskWatcher.isCanceled() && m_fileTaskWatcher.result()) {
@@ -518,6 +523,10 @@ void UXCDefectPixelCorrection::releaseAfterUntrackedTask()
 {
     if (m_finishFileTaskConnected)
         return;
+    m_fileTaskUnreported = false;
+    // Unreported, a failed transfer may still have left the camera's file open.
+    if (m_fileTaskWatcher.isCanceled() || !m_fileTaskWatcher.result())
+        closeDeviceFile();
     enableButtons();
     if (m_progressDialog)
         m_progressDialog->reset();
