@@ -152,13 +152,18 @@ bool UxCamera::isWritable(const char* name) const
 long long UxCamera::fileBlockSize() const
 {
     // Many cameras have a file buffer far smaller than 64 KiB; its size is the
-    // largest access length they take.
+    // largest access length they take, and no block may outgrow the buffer
+    // register itself (some cameras leave the access length unbounded).
+    long long block = kFileBlockSize;
     QVariant minimum;
     QVariant maximum;
     QVariant increment;
-    if (!m_features->GetFeatureRange("FileAccessLength", minimum, maximum, increment) || maximum.toLongLong() <= 0)
-        return kFileBlockSize;
-    return std::min(kFileBlockSize, maximum.toLongLong());
+    if (m_features->GetFeatureRange("FileAccessLength", minimum, maximum, increment) && maximum.toLongLong() > 0)
+        block = std::min(block, maximum.toLongLong());
+    long long bufferLength = 0;
+    if (m_features->GetRegisterLength("FileAccessBuffer", bufferLength) && bufferLength > 0)
+        block = std::min(block, bufferLength);
+    return block;
 }
 
 bool UxCamera::selectDeviceFile(const char* fileName, const char* fileSelector)

@@ -49,6 +49,11 @@ bool UxFeatureContainer::GetFeatureRange(const char* name, QVariant& minimum, QV
     return Util::GetFeatureRange(m_container, name, minimum, maximum, increment);
 }
 
+bool UxFeatureContainer::GetRegisterLength(const char* name, long long& length) const
+{
+    return Util::GetFeatureRegisterLength(m_container, name, length);
+}
+
 bool UxFeatureContainer::HasFeature(const char* name, bool& has) const
 {
     return Util::HasFeature(m_container, name, has);

@@ -22,6 +22,8 @@ public:
     bool SetRegisterValue(const char* name, const std::vector<unsigned char>& data, int length);
     bool GetRegisterValue(const char* name, std::vector<unsigned char>& data, int length) const;
     bool GetFeatureRange(const char* name, QVariant& minimum, QVariant& maximum, QVariant& increment) const;
+    // Bytes of a raw register feature.
+    bool GetRegisterLength(const char* name, long long& length) const;
     bool HasFeature(const char* name, bool& has) const;
     bool IsWritable(const char* name, bool& writable) const;
     bool IsReadable(const char* name, bool& readable) const;

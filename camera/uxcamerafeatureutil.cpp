@@ -192,6 +192,19 @@ bool UxFeatureContainerUtil::GetFeatureRegister(const ContainerPtr& container, c
     return true;
 }
 
+bool UxFeatureContainerUtil::GetFeatureRegisterLength(const ContainerPtr& container, const char* name,
+                                                      long long& length)
+{
+    const FeaturePtr feature = findFeature(container, name);
+    FeatureDataType type = FeatureDataUnknown;
+    uint32_t bytes = 0;
+    if (!feature || !dataTypeOf(*feature, type) || type != FeatureDataRaw
+        || feature->GetRawLength(bytes) != ZebErrorSuccess)
+        return false;
+    length = bytes;
+    return true;
+}
+
 bool UxFeatureContainerUtil::GetFeatureRange(const ContainerPtr& container, const char* name, QVariant& minimum,
                                              QVariant& maximum, QVariant& increment)
 {

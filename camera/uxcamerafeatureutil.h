@@ -40,6 +40,7 @@ public:
                                    std::vector<unsigned char>& data, int length);
 
     // Integer (long long) and float (double) features only.
+    static bool GetFeatureRegisterLength(const ContainerPtr& container, const char* name, long long& length);
     static bool GetFeatureRange(const ContainerPtr& container, const char* name, QVariant& minimum,
                                 QVariant& maximum, QVariant& increment);
 
