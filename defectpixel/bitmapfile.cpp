@@ -5,6 +5,7 @@
 #include <QtEndian>
 
 #include <cstdlib>
+#include <limits>
 
 namespace {
 
@@ -34,6 +35,9 @@ qint64 promisedBitmapSize(const QByteArray& header)
     if (width <= 0)
         return 0;
     const qint64 rowBytes = (width * bitCount + 31) / 32 * 4;
+    // A header may promise more than any file can hold; the sum must not wrap.
+    if (rowBytes > 0 && height > (std::numeric_limits<qint64>::max() - dataOffset) / rowBytes)
+        return std::numeric_limits<qint64>::max();
     return qint64(dataOffset) + rowBytes * height;
 }
 
