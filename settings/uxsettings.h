@@ -34,8 +34,9 @@ public:
 
 private:
     // Private so that the one instance stays the only one; the test suite builds
-    // fresh stores against temporary homes.
+    // fresh stores against temporary homes, and so does the settings fuzz probe.
     friend class TestUXCSettings;
+    friend class UXCSettingsProbe;
     UXCSettings();
 
     void _createDefault();
