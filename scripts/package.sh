@@ -37,8 +37,7 @@ mkdir -p "$out"
 for arch in "${arches[@]}"; do
   if [ "$arch" = amd64 ]; then
     build="$root/build/pkg-amd64"
-    cmake -S "$root" -B "$build" -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_FLAGS_RELEASE="-O2 -DNDEBUG" \
-      -DDPC_BUILD_TESTS=OFF -DDPC_BUILD_BENCHMARKS=OFF >/dev/null
+    cmake -S "$root" -B "$build" -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_FLAGS_RELEASE="-O3 -DNDEBUG" -DDPC_BUILD_TESTS=OFF -DDPC_BUILD_BENCHMARKS=OFF >/dev/null
   else
     build="${DPC_ARM64_BUILD_DIR:-$root/build/arm64}"
     cmake -S "$root" -B "$build" -DCMAKE_TOOLCHAIN_FILE="$root/cmake/aarch64-linux-gnu.cmake" \
