@@ -25,9 +25,13 @@ need "qemu-aarch64-static" qemu-user-static command -v qemu-aarch64-static
 for p in qtbase5-dev:arm64 libaravis-dev:arm64 libusb-1.0-0-dev:arm64; do
   need "the arm64 library package $p" "$p" installed "$p"
 done
+as_root=()
 if [ "$(id -u)" -ne 0 ]; then
-  echo "test-arm64.sh: the emulated suites run in their own PID and network namespace, which needs root (run it with sudo)" >&2
-  exit 1
+  if ! command -v sudo >/dev/null; then
+    echo "test-arm64.sh: the emulated suites run in their own PID and network namespace, which needs root (run it as root)" >&2
+    exit 1
+  fi
+  as_root=(sudo)
 fi
 
 cmake -S "$root" -B "$build" -DCMAKE_TOOLCHAIN_FILE="$root/cmake/aarch64-linux-gnu.cmake" \
@@ -42,5 +46,5 @@ if find . -type f -name 'tst_*' -perm -u+x -exec file {} + | grep -v "ARM aarch6
   exit 1
 fi
 echo "== run through: $(ctest -N -V | grep -m1 'Test command:' | sed 's/.*Test command: //')"
-unshare --pid --fork --mount-proc --net sh -c \
+"${as_root[@]}" unshare --pid --fork --mount-proc --net sh -c \
   'ip link set lo up && exec setpriv --inh-caps -net_raw --bounding-set -net_raw ctest --output-on-failure -j2'
