@@ -107,12 +107,8 @@ void TestAravisInterop::init()
     static const QStringList onClosedCamera = {"discoveryListsCameraWithIdentity", "openAndCloseReportOpenState",
                                                "cameraHeldByAnotherApplicationIsReadOnly",
                                                "restartedCameraIsPluggedInAgain"};
-    if (onClosedCamera.contains(QTest::currentTestFunction()))
-        return;
-    // On a loaded (or emulated) machine the previous close may still be giving
-    // the control channel back.
-    QVERIFY(FakeGv::waitForFullAccess(camera_, true));
-    QCOMPARE(int(camera_->Open(AccessModeFull)), int(ZebErrorSuccess));
+    if (!onClosedCamera.contains(QTest::currentTestFunction()))
+        QCOMPARE(int(camera_->Open(AccessModeFull)), int(ZebErrorSuccess));
 }
 
 void TestAravisInterop::cleanup()

@@ -83,10 +83,10 @@ bool AravisDevice::isLost() const
     return session_ && session_->isLost();
 }
 
-bool AravisDevice::updateHeldElsewhere(bool held)
+bool AravisDevice::updateHeldElsewhere(bool held, std::chrono::steady_clock::time_point roundStarted)
 {
     std::lock_guard<std::mutex> lock(mutex_);
-    if (session_ || held == heldElsewhere_)
+    if (session_ || held == heldElsewhere_ || (held && (ending_ || roundStarted <= sessionEnded_)))
         return false;
     heldElsewhere_ = held;
     return true;
@@ -121,9 +121,14 @@ void AravisDevice::endSession(ZebErrorType reason)
     {
         std::lock_guard<std::mutex> lock(mutex_);
         session = std::move(session_);
+        ending_ = session != nullptr;
     }
-    if (session)
-        session->end(reason); // releasing the device leaves the control channel
+    if (!session)
+        return;
+    session->end(reason); // releasing the device leaves the control channel
+    std::lock_guard<std::mutex> lock(mutex_);
+    ending_ = false;
+    sessionEnded_ = std::chrono::steady_clock::now();
 }
 
 std::shared_ptr<AravisSession> AravisDevice::openSession(ZebErrorType& err) const

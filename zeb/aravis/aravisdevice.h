@@ -5,6 +5,7 @@
 #include "transportbackend.h"
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <mutex>
 
@@ -40,8 +41,10 @@ public:
     const AravisDeviceInfo& info() const { return info_; }
     // Gone, or its session stopped answering.
     bool isLost() const;
-    // True when the value changed and the camera is not opened here.
-    bool updateHeldElsewhere(bool held);
+    // True when the value changed and the camera is not opened here. A round
+    // that started before a session of this process ended may have read that
+    // session's own hold: it cannot tell that someone else holds the camera.
+    bool updateHeldElsewhere(bool held, std::chrono::steady_clock::time_point roundStarted);
     // Whether a camera missing from a discovery round stays listed: one opened
     // here rides out a few missed rounds (a lost reply, a camera busy writing
     // flash), while its session's own errors still end it at once.
@@ -66,6 +69,8 @@ private:
     mutable std::mutex mutex_;  // guards the members below
     std::shared_ptr<AravisSession> session_;
     bool heldElsewhere_;
+    bool ending_ = false;                                // a session is leaving the control channel
+    std::chrono::steady_clock::time_point sessionEnded_; // when the last one had left it
     int missedDiscoveries_ = 0;
     std::shared_ptr<AravisStream> stream_;
     std::weak_ptr<AravisSession> streamSession_;

@@ -79,10 +79,14 @@ private:
     // reading the lists and connecting the sink would never be reported.
     void poll(bool initial)
     {
-        if (initial || gigE_->hasEvents())
-            gigE_->update(broadcast_ ? discoverGigEVisionByBroadcast() : discoverGigEVisionAt(addresses_));
-        if (initial || usb3_->hasEvents())
-            usb3_->update(discoverUsb3Vision());
+        if (initial || gigE_->hasEvents()) {
+            const auto started = std::chrono::steady_clock::now();
+            gigE_->update(broadcast_ ? discoverGigEVisionByBroadcast() : discoverGigEVisionAt(addresses_), started);
+        }
+        if (initial || usb3_->hasEvents()) {
+            const auto started = std::chrono::steady_clock::now();
+            usb3_->update(discoverUsb3Vision(), started);
+        }
     }
 
     const bool broadcast_;

@@ -86,7 +86,8 @@ std::shared_ptr<AravisDevice> AravisTransportLayer::makeDevice(const AravisDevic
     });
 }
 
-void AravisTransportLayer::update(const std::vector<AravisDeviceInfo>& found)
+void AravisTransportLayer::update(const std::vector<AravisDeviceInfo>& found,
+                                  std::chrono::steady_clock::time_point roundStarted)
 {
     Changes changes;
     TransportEvents* sink = nullptr;
@@ -109,7 +110,7 @@ void AravisTransportLayer::update(const std::vector<AravisDeviceInfo>& found)
                 continue;
             }
             device->answeredDiscovery();
-            if (device->updateHeldElsewhere(seen->heldElsewhere))
+            if (device->updateHeldElsewhere(seen->heldElsewhere, roundStarted))
                 changes.accessChanged.push_back(device);
             kept.push_back(device);
         }

@@ -25,7 +25,7 @@ public:
     void setEvents(TransportEvents* events) override;
 
     bool hasEvents() const;
-    void update(const std::vector<AravisDeviceInfo>& found);
+    void update(const std::vector<AravisDeviceInfo>& found, std::chrono::steady_clock::time_point roundStarted);
 
 private:
     struct Changes;
