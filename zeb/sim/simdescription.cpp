@@ -2,6 +2,10 @@
 
 #include <nlohmann/json.hpp>
 
+#include <cmath>
+#include <limits>
+#include <type_traits>
+
 namespace ZebCPP {
 
 namespace {
@@ -21,20 +25,59 @@ InterfaceType interfaceTypeFromText(const std::string& text)
     throw std::invalid_argument("unknown transport layer type " + text);
 }
 
+// One JSON number as a field's value; refused when out of the field's range.
+template <typename T>
+T numberFrom(const json& value, const char* key)
+{
+    if constexpr (std::is_floating_point_v<T>) {
+        if (value.is_number() && std::isfinite(value.get<double>()))
+            return static_cast<T>(value.get<double>());
+    } else if (value.is_number_unsigned()) {
+        if (value.get<uint64_t>() <= std::numeric_limits<T>::max())
+            return static_cast<T>(value.get<uint64_t>());
+    } else if (value.is_number_integer()) {
+        const int64_t number = value.get<int64_t>();
+        if (number >= 0 && uint64_t(number) <= std::numeric_limits<T>::max())
+            return static_cast<T>(number);
+    }
+    throw std::invalid_argument(std::string(key) + " must be a number in the field's range");
+}
+
+// A number of a user's file, or the fallback when the key is missing. A value
+// outside the field's range is refused rather than wrapped or cut off: a
+// negative count must not become four billion.
+template <typename T>
+T number(const json& j, const char* key, T fallback)
+{
+    const auto it = j.find(key);
+    return it == j.end() ? fallback : numberFrom<T>(*it, key);
+}
+
+// Defects of one kind a sensor may be seeded with.
+constexpr uint32_t kMaxDefectsPerKind = 4096;
+
 SimSensorDescription sensorFrom(const json& j)
 {
     SimSensorDescription s;
-    s.width = j.value("width", s.width);
-    s.height = j.value("height", s.height);
+    s.width = number(j, "width", s.width);
+    s.height = number(j, "height", s.height);
     s.colorFilter = j.value("colorFilter", s.colorFilter);
-    s.darkLevel = j.value("darkLevel", s.darkLevel);
-    s.brightLevel = j.value("brightLevel", s.brightLevel);
-    s.noise = j.value("noise", s.noise);
-    s.seed = j.value("seed", s.seed);
-    s.hot = j.value("hot", s.hot);
-    s.dead = j.value("dead", s.dead);
-    s.stuck = j.value("stuck", s.stuck);
-    s.clusters = j.value("clusters", s.clusters);
+    s.darkLevel = number(j, "darkLevel", s.darkLevel);
+    s.brightLevel = number(j, "brightLevel", s.brightLevel);
+    s.noise = number(j, "noise", s.noise);
+    s.seed = number(j, "seed", s.seed);
+    s.hot = number(j, "hot", s.hot);
+    s.dead = number(j, "dead", s.dead);
+    s.stuck = number(j, "stuck", s.stuck);
+    s.clusters = number(j, "clusters", s.clusters);
+    for (const double level : {s.darkLevel, s.brightLevel, s.noise}) {
+        if (level < 0 || level > 65535)
+            throw std::invalid_argument("sensor levels and noise must be 0 to 65535");
+    }
+    for (const uint32_t count : {s.hot, s.dead, s.stuck, s.clusters}) {
+        if (count > kMaxDefectsPerKind)
+            throw std::invalid_argument("a sensor has at most 4096 defects of each kind");
+    }
     if (s.width < 32 || s.height < 32 || s.width > 16384 || s.height > 16384 || s.width % 4 != 0)
         throw std::invalid_argument("sensor size must be 32 to 16384, width a multiple of 4");
     if (s.colorFilter != "None" && s.colorFilter != "BayerRG" && s.colorFilter != "BayerGR"
@@ -47,7 +90,7 @@ SimFileDescription fileFrom(const json& j)
 {
     SimFileDescription f;
     f.name = j.at("name").get<std::string>();
-    f.chunkId = j.value("chunkId", f.chunkId);
+    f.chunkId = number(j, "chunkId", f.chunkId);
     const std::string mode = j.value("mode", std::string("ReadWrite"));
     f.readable = mode == "Read" || mode == "ReadWrite";
     f.writable = mode == "Write" || mode == "ReadWrite";
@@ -69,22 +112,25 @@ SimCameraDescription cameraFrom(const json& j)
     c.transportLayerId = j.value("transportLayer", c.transportLayerId);
     c.firmware = j.value("firmware", c.firmware);
     c.bigEndian = j.value("bigEndian", c.bigEndian);
-    c.permittedAccess = static_cast<AccessModeType>(j.value("permittedAccess", uint32_t(c.permittedAccess)));
+    c.permittedAccess = static_cast<AccessModeType>(number(j, "permittedAccess", uint32_t(c.permittedAccess)));
     const std::string maps = j.value("mapAccess", std::string("file"));
     if (maps != "file" && maps != "register")
         throw std::invalid_argument("mapAccess is \"file\" or \"register\"");
     c.fileAccessMaps = maps == "file";
-    c.mapRevision = j.value("mapRevision", c.mapRevision);
-    c.mapSlots = j.value("mapSlots", c.mapSlots);
-    c.mapMaxSize = j.value("mapMaxSize", c.mapMaxSize);
+    c.mapRevision = number(j, "mapRevision", c.mapRevision);
+    c.mapSlots = number(j, "mapSlots", c.mapSlots);
+    c.mapMaxSize = number(j, "mapMaxSize", c.mapMaxSize);
     if (j.contains("mapMaxSizeReported"))
-        c.mapMaxSizeReported = j.at("mapMaxSizeReported").get<uint32_t>();
-    c.factoryMapSize = j.value("factoryMapSize", c.factoryMapSize);
-    c.slotChunkIds = j.value("slotChunkIds", c.slotChunkIds);
+        c.mapMaxSizeReported = number(j, "mapMaxSizeReported", uint32_t(0));
+    c.factoryMapSize = number(j, "factoryMapSize", c.factoryMapSize);
+    if (j.contains("slotChunkIds")) {
+        for (const json& id : j.at("slotChunkIds").get<std::vector<json>>())
+            c.slotChunkIds.push_back(numberFrom<uint32_t>(id, "slotChunkIds"));
+    }
     c.hasFilename = j.value("filename", c.hasFilename);
     c.accessLengthWritable = j.value("fileAccessLengthWritable", c.accessLengthWritable);
-    c.fileBufferSize = j.value("fileBufferSize", c.fileBufferSize);
-    c.fileOperationDelayMs = j.value("fileOperationDelayMs", c.fileOperationDelayMs);
+    c.fileBufferSize = number(j, "fileBufferSize", c.fileBufferSize);
+    c.fileOperationDelayMs = number(j, "fileOperationDelayMs", c.fileOperationDelayMs);
     c.fileFailuresInStatus = j.value("fileFailuresInStatus", c.fileFailuresInStatus);
     c.hasPixelColorFilter = j.value("pixelColorFilter", c.hasPixelColorFilter);
     for (const json& f : j.value("files", json::array()))

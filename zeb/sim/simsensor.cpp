@@ -53,8 +53,10 @@ void SimSensor::add(uint32_t x, uint32_t y, DefectKind kind, double level)
 void SimSensor::seedDefects()
 {
     std::mt19937_64 random(d_.seed);
+    // A defect that finds no room means the sensor is full: no later one will.
+    bool full = false;
     auto place = [&](uint32_t length, auto&& onPlaced) {
-        for (int attempt = 0; attempt < 2000; ++attempt) {
+        for (int attempt = 0; attempt < 2000 && !full; ++attempt) {
             const uint32_t x = static_cast<uint32_t>(random() % d_.width);
             const uint32_t y = static_cast<uint32_t>(random() % d_.height);
             if (placeable(x, y, length)) {
@@ -62,6 +64,7 @@ void SimSensor::seedDefects()
                 return;
             }
         }
+        full = true;
     };
     // Hot pixels of a colour sensor stay weak enough that the demosaiced
     // neighbours of a hot pixel stay below the dark test's margin.
