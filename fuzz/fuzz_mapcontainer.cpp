@@ -6,6 +6,7 @@
 #include "defectmapcontainer.h"
 #include "sim/simmapcontainer.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace {
@@ -51,6 +52,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     const unsigned int revision = data[0] % 6;
     const std::vector<uint8_t> bytes(data + 1, data + size);
     checkBothSides(bytes, revision);
+    // The same bytes with the checksum made right, so that the checks of the
+    // other header fields are reached as well.
+    if (bytes.size() >= 32) {
+        std::vector<uint8_t> summed = bytes;
+        std::fill(summed.begin() + 8, summed.begin() + 12, 0);
+        const uint32_t checksum = 0u - defPixContainerWordSum(summed.data(), summed.size());
+        for (int i = 0; i < 4; ++i)
+            summed[8 + i] = uint8_t(checksum >> (8 * i));
+        checkBothSides(summed, revision);
+    }
 
     // The same bytes read as entries: a container built from them passes both
     // checks and gives them back.
