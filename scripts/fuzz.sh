@@ -42,6 +42,7 @@ failed=0
 for t in "${targets[@]}"; do
   corpus="$build/corpus/$t"
   artifacts="$build/artifacts/$t"
+  rm -rf "$artifacts"
   mkdir -p "$corpus" "$artifacts"
   seeds=("$root/fuzz/corpus/$t")
   [ -d "$root/fuzz/regressions/$t" ] && seeds+=("$root/fuzz/regressions/$t")
@@ -54,9 +55,9 @@ for t in "${targets[@]}"; do
     echo "   FAILED, see $log and $artifacts"
     grep -E "ERROR|property violated|runtime error" "$log" | head -5 || true
   fi
-  execs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log" | tail -1)
-  rate=$(sed -n 's/^stat::average_exec_per_sec: *//p' "$log" | tail -1)
-  cov=$(grep -oE 'cov: [0-9]+ ft: [0-9]+' "$log" | tail -1)
+  execs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log" | tail -1 || true)
+  rate=$(sed -n 's/^stat::average_exec_per_sec: *//p' "$log" | tail -1 || true)
+  cov=$(grep -oE 'cov: [0-9]+ ft: [0-9]+' "$log" | tail -1 || true)
   summary+=("$(printf '%-15s %10s runs %8s exec/s  %s' "$t" "${execs:-?}" "${rate:-?}" "${cov:-}")")
 done
 printf '%s\n' "${summary[@]}"
