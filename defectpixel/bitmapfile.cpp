@@ -4,16 +4,26 @@
 #include <QImageReader>
 #include <QtEndian>
 
+#include <sys/uio.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
 #include <cstdlib>
 #include <limits>
+#include <vector>
 
 namespace {
 
 constexpr int kFileHeaderSize = 14;
 constexpr int kInfoHeaderPrefix = 16; // header size, width, height, planes, bit count
 constexpr int kHeaderBytes = kFileHeaderSize + kInfoHeaderPrefix + 4; // + compression
+constexpr int kInfoHeaderSize = 40;
+constexpr int kFullHeaderBytes = kFileHeaderSize + kInfoHeaderSize;
 constexpr quint32 kCompressionNone = 0;
 constexpr quint32 kCompressionBitFields = 3;
+// Larger images go through the image reader, which has its own limits.
+constexpr qint64 kMaxDirectPixels = qint64(16384) * 16384;
 
 // Bytes the header promises for an uncompressed bitmap, 0 when it promises no
 // fixed size (compressed data, an older header, not a bitmap).
@@ -41,16 +51,174 @@ qint64 promisedBitmapSize(const QByteArray& header)
     return qint64(dataOffset) + rowBytes * height;
 }
 
+int headerBitCount(const QByteArray& header)
+{
+    if (header.size() < 30 || !header.startsWith("BM"))
+        return 0;
+    return qFromLittleEndian<quint16>(reinterpret_cast<const uchar*>(header.constData()) + 28);
+}
+
+// Where the rows of a plain bitmap lie in its file; false when the bitmap is
+// not one the straight read takes (other depths, compression, colour masks,
+// newer headers, a data offset inside the colour table, odd sizes).
+struct DirectLayout {
+    int width = 0;
+    int height = 0;
+    bool bottomUp = true;
+    QImage::Format format = QImage::Format_Invalid;
+    qint64 dataOffset = 0;
+    int colors = 0; // entries of the colour table after the header
+};
+
+bool directLayout(const QByteArray& header, DirectLayout& layout)
+{
+    if (header.size() < kFullHeaderBytes || !header.startsWith("BM"))
+        return false;
+    const auto* bytes = reinterpret_cast<const uchar*>(header.constData());
+    const quint32 dataOffset = qFromLittleEndian<quint32>(bytes + 10);
+    const quint32 infoSize = qFromLittleEndian<quint32>(bytes + 14);
+    const qint32 width = qFromLittleEndian<qint32>(bytes + 18);
+    const qint32 height = qFromLittleEndian<qint32>(bytes + 22);
+    const quint16 planes = qFromLittleEndian<quint16>(bytes + 26);
+    const quint16 bitCount = qFromLittleEndian<quint16>(bytes + 28);
+    const quint32 compression = qFromLittleEndian<quint32>(bytes + 30);
+    const quint32 colorsUsed = qFromLittleEndian<quint32>(bytes + 46);
+    if (infoSize != kInfoHeaderSize || planes != 1 || compression != kCompressionNone)
+        return false;
+    if (width <= 0 || height == 0 || height == INT_MIN || qint64(width) * std::abs(height) > kMaxDirectPixels)
+        return false;
+    qint64 tableBytes = 0;
+    if (bitCount == 8) {
+        const qint64 colors = colorsUsed ? colorsUsed : 256;
+        if (colors > 256)
+            return false;
+        tableBytes = 4 * colors;
+        layout.colors = int(colors);
+        layout.format = QImage::Format_Indexed8;
+    } else if (bitCount == 32 && colorsUsed == 0) {
+        layout.format = QImage::Format_RGB32;
+    } else {
+        return false;
+    }
+    if (dataOffset < kFullHeaderBytes + tableBytes)
+        return false;
+    layout.width = width;
+    layout.height = std::abs(height);
+    layout.bottomUp = height > 0;
+    layout.dataOffset = dataOffset;
+    return true;
+}
+
+// Reads exactly the bytes the pieces ask for from offset on, piece after piece.
+bool readPieces(int fd, std::vector<iovec>& pieces, off_t offset)
+{
+    iovec* piece = pieces.data();
+    size_t left = pieces.size();
+    while (left > 0) {
+        const ssize_t got = preadv(fd, piece, int(std::min<size_t>(left, IOV_MAX)), offset);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got <= 0)
+            return false;
+        offset += got;
+        size_t done = size_t(got);
+        while (done > 0) {
+            if (done >= piece->iov_len) {
+                done -= piece->iov_len;
+                ++piece;
+                --left;
+            } else {
+                piece->iov_base = static_cast<char*>(piece->iov_base) + done;
+                piece->iov_len -= done;
+                done = 0;
+            }
+        }
+    }
+    return true;
+}
+
+// The file's rows go straight into the image's lines: a bitmap's row stride
+// (4-byte aligned) is the image's, padding included, and the kernel copies a
+// bottom-up file into the lines in reverse order.
+bool readDirect(QFile& file, const QByteArray& header, QImage& image)
+{
+    DirectLayout layout;
+    if (!directLayout(header, layout))
+        return false;
+    QImage lines(layout.width, layout.height, layout.format);
+    if (lines.isNull())
+        return false;
+    const size_t stride = size_t(lines.bytesPerLine());
+    if (qint64(layout.dataOffset) + qint64(stride) * layout.height > file.size())
+        return false;
+    std::vector<iovec> pieces;
+    if (layout.bottomUp) {
+        pieces.resize(size_t(layout.height));
+        for (int row = 0; row < layout.height; ++row)
+            pieces[size_t(row)] = iovec{lines.scanLine(layout.height - 1 - row), stride};
+    } else {
+        pieces.push_back(iovec{lines.bits(), stride * size_t(layout.height)});
+    }
+    if (!readPieces(file.handle(), pieces, off_t(layout.dataOffset)))
+        return false;
+    // A first dark image of odd width is converted through its colours.
+    if (layout.colors > 0) {
+        QByteArray table(4 * layout.colors, Qt::Uninitialized);
+        if (!file.seek(kFullHeaderBytes) || file.read(table.data(), table.size()) != table.size())
+            return false;
+        QVector<QRgb> colors(layout.colors);
+        const auto* entry = reinterpret_cast<const uchar*>(table.constData());
+        for (int i = 0; i < layout.colors; ++i, entry += 4)
+            colors[i] = qRgb(entry[2], entry[1], entry[0]);
+        lines.setColorTable(colors);
+    }
+    image = lines;
+    return true;
+}
+
 } // namespace
+
+ImageFile readImage(const QString& path)
+{
+    ImageFile result;
+    result.path = path;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        result.problem = ImageFileProblem::Unreadable;
+        return result;
+    }
+    if (file.size() == 0) {
+        result.problem = ImageFileProblem::Empty;
+        return result;
+    }
+    const QByteArray header = file.read(kFullHeaderBytes);
+    result.bitCount = headerBitCount(header);
+    if (promisedBitmapSize(header) > file.size()) {
+        result.problem = ImageFileProblem::Truncated;
+        return result;
+    }
+    if (readDirect(file, header, result.image))
+        return result;
+    if (!file.seek(0)) {
+        result.problem = ImageFileProblem::Unreadable;
+        return result;
+    }
+    QImageReader reader(&file);
+    result.image = reader.read();
+    if (result.image.isNull())
+        result.problem = ImageFileProblem::Unreadable;
+    return result;
+}
 
 QImage readImageFile(const QString& path)
 {
+    return readImage(path).image;
+}
+
+bool readBitmapDirect(const QString& path, QImage& image)
+{
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        return QImage();
-    const qint64 promised = promisedBitmapSize(file.read(kHeaderBytes));
-    if (promised > file.size() || !file.seek(0))
-        return QImage();
-    QImageReader reader(&file);
-    return reader.read();
+        return false;
+    return readDirect(file, file.read(kFullHeaderBytes), image);
 }

@@ -3,7 +3,31 @@
 #include <QImage>
 #include <QString>
 
+// Why an image file gave no image.
+enum class ImageFileProblem {
+    None,       // the image was read
+    Unreadable, // cannot be opened or is not an image the reader knows
+    Empty,      // the file holds no byte
+    Truncated,  // a bitmap whose pixel data is cut short
+};
+
+// An image file as read for a series.
+struct ImageFile {
+    QString path;
+    QImage image;                                 // null when the file was refused
+    ImageFileProblem problem = ImageFileProblem::None;
+    int bitCount = 0; // bits per pixel the file's header states, 0 when not a bitmap
+};
+
 // Loads an image file as QImage does, but refuses (null image) a bitmap whose
 // uncompressed pixel data is cut short: the image reader would accept it and
-// leave the missing rows uninitialised.
+// leave the missing rows uninitialised. Plain 8-bit and 32-bit bitmaps are read
+// straight into the image's lines; everything else goes through the image reader.
+ImageFile readImage(const QString& path);
 QImage readImageFile(const QString& path);
+
+// The straight read alone: false (image untouched) when the file is not a
+// plain 8-bit or 32-bit bitmap the image reader would take the same way. The
+// result holds what the image reader gives in every byte the series read (for
+// 32-bit pixels the fourth byte is left as the file has it).
+bool readBitmapDirect(const QString& path, QImage& image);

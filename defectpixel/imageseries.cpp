@@ -2,6 +2,8 @@
 
 #include "bitmapfile.h"
 
+#include <QCoreApplication>
+
 namespace {
 
 bool isValidKind(int kind)
@@ -18,9 +20,13 @@ bool fitsGeometry(const QImage& image, const ImageGeometry& geometry)
 // The mean a series starts from when its display holds none.
 QImage firstMean(const QImage& image, int kind, const ImageGeometry& geometry)
 {
-    if (kind == DarkSeries)
+    // The first image is weighted by one and the old mean by zero, so only the
+    // bytes past the contiguous run (the padding of the lines) keep the
+    // converted image's content; without padding a plain image will do.
+    if (kind == DarkSeries && image.width() % 4 != 0)
         return image.convertToFormat(QImage::Format_Grayscale8);
-    QImage mean(int(geometry.width), int(geometry.height), QImage::Format_Indexed8);
+    QImage mean(int(geometry.width), int(geometry.height),
+                kind == DarkSeries ? QImage::Format_Grayscale8 : QImage::Format_Indexed8);
     // Its content is weighted by zero images; filled only to keep it defined.
     mean.fill(0);
     return mean;
@@ -83,4 +89,31 @@ SeriesChange removeImageFromSeries(const QString& path, int kind, const ImageGeo
                                    DefectPixelParams& params, QImage& mean)
 {
     return removeImageFromSeries(readImageFile(path), kind, geometry, params, mean);
+}
+
+QString refusalReason(const ImageFile& file, SeriesChange change, const ImageGeometry& geometry)
+{
+    switch (change) {
+    case SeriesChange::NullImage:
+        if (file.problem == ImageFileProblem::Empty)
+            return QCoreApplication::translate("ImageSeries", "The file is empty.");
+        if (file.problem == ImageFileProblem::Truncated)
+            return QCoreApplication::translate("ImageSeries", "The file is truncated: its pixel data is cut short.");
+        return QCoreApplication::translate("ImageSeries", "Not a readable bitmap.");
+    case SeriesChange::UnsupportedFormat:
+        return QCoreApplication::translate("ImageSeries", "Bit depth %1 is not supported for this camera.")
+            .arg(file.bitCount ? file.bitCount : file.image.depth());
+    case SeriesChange::IncompatibleSize:
+        return QCoreApplication::translate("ImageSeries", "Size %1×%2 differs from the series' %3×%4.")
+            .arg(file.image.width())
+            .arg(file.image.height())
+            .arg(geometry.width)
+            .arg(geometry.height);
+    case SeriesChange::OutOfMemory:
+        return QCoreApplication::translate("ImageSeries", "Not enough memory for the series.");
+    case SeriesChange::Accepted:
+    case SeriesChange::InvalidKind:
+        break;
+    }
+    return QString();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "bitmapfile.h"
 #include "defectpixelparams.h"
 #include "imagegeometry.h"
 
@@ -27,6 +28,10 @@ SeriesChange addImageToSeries(const QImage& image, int kind, ImageGeometry& geom
                               DefectPixelParams& params, QImage& mean);
 SeriesChange addImageToSeries(const QString& path, int kind, ImageGeometry& geometry,
                               DefectPixelParams& params, QImage& mean);
+
+// Why file was refused with change, in a few words for the user; geometry is
+// that of the series when the file was offered.
+QString refusalReason(const ImageFile& file, SeriesChange change, const ImageGeometry& geometry);
 
 // Takes one image's contribution out of series kind, as the file is now on disk.
 // When mean is null the image itself serves as the mean and becomes it, so the

@@ -26,7 +26,6 @@ constexpr int kDefaultChunkId = 4096;
 constexpr int kTypedChunkId = 4100;
 constexpr int kAbsoluteThresholdLimit = 255;
 constexpr int kRelativeThresholdLimit = 100;
-constexpr int kImageProgressDelayMs = 500;
 
 const char* const kSlotPrefix = "DefPixMap";
 
@@ -232,38 +231,6 @@ void UXCDefectPixelCorrection::enableButtons()
 
 // Image series
 
-bool UXCDefectPixelCorrection::loadImagefromFile(const QString& path, int kind)
-{
-    const QString title = tr("Load Image");
-    UXCPixmapLabel* display = kind == BrightSeries ? ui->lblMeanImageBright : ui->lblMeanImageDark;
-    DefectPixelParams& params = kind == BrightSeries ? m_brightParams : m_darkParams;
-    QImage mean = display->getImage();
-    switch (addImageToSeries(path, kind, m_geometry, params, mean)) {
-    case SeriesChange::Accepted:
-        display->setImage(mean);
-        return true;
-    case SeriesChange::NullImage:
-        dialogs().critical(this, title, tr("%1 failed!").arg(path));
-        log(tr("Loading image '%1' failed.").arg(path), LogError);
-        return false;
-    case SeriesChange::UnsupportedFormat:
-        dialogs().information(this, title, tr("%1: image format not supported!").arg(path));
-        log(tr("Loading '%1': Image format not supported.").arg(path), LogError);
-        return false;
-    case SeriesChange::IncompatibleSize:
-        dialogs().information(this, title, tr("%1: incompatible image!").arg(path));
-        log(tr("Loading '%1': incompatible image.").arg(path), LogError);
-        return false;
-    case SeriesChange::OutOfMemory:
-        dialogs().critical(this, title, tr("Out of memory!"));
-        log(tr("Loading '%1': out of memory.").arg(path), LogError);
-        return false;
-    case SeriesChange::InvalidKind:
-        return false;
-    }
-    return false;
-}
-
 void UXCDefectPixelCorrection::deleteImagefromParams(const QString& path, int kind)
 {
     if (kind != DarkSeries && kind != BrightSeries)
@@ -274,40 +241,6 @@ void UXCDefectPixelCorrection::deleteImagefromParams(const QString& path, int ki
     const SeriesChange change = removeImageFromSeries(path, kind, m_geometry, params, mean);
     if (change == SeriesChange::Accepted || change == SeriesChange::OutOfMemory)
         display->setImage(mean);
-}
-
-void UXCDefectPixelCorrection::_addSelectedFiles(int kind)
-{
-    if (kind != DarkSeries && kind != BrightSeries)
-        return;
-    QListWidget* list = kind == BrightSeries ? ui->listBrightImagePath : ui->listDarkImagePath;
-    const QStringList paths =
-        dialogs().getOpenFileNames(this, tr("Image paths"), m_saveImageDir, tr("Bitmap (*.bmp)"));
-    // A long series keeps the window painted and can be stopped; the images
-    // added so far stay. A reset meanwhile (the camera left) ends it too.
-    QProgressDialog progress(tr("Loading images..."), tr("Cancel"), 0, paths.size(), this);
-    progress.setObjectName(QStringLiteral("imageLoadProgress"));
-    progress.setWindowModality(Qt::WindowModal);
-    progress.setMinimumDuration(kImageProgressDelayMs);
-    const unsigned int resets = m_resets;
-    for (int i = 0; i < paths.size(); ++i) {
-        progress.setValue(i);
-        if (progress.wasCanceled() || m_resets != resets)
-            break;
-        const QString& path = paths[i];
-        if (!list->findItems(path, Qt::MatchExactly | Qt::MatchCaseSensitive).isEmpty())
-            continue;
-        if (loadImagefromFile(path, kind))
-            list->addItem(path);
-    }
-    progress.setValue(paths.size());
-    if (paths.isEmpty())
-        return;
-    const QString dir = QFileInfo(paths.first()).absolutePath();
-    if (dir != m_saveImageDir) {
-        UXCSettings::getInstance()->Set("Directory", "SaveImageDir", dir);
-        m_saveImageDir = dir;
-    }
 }
 
 void UXCDefectPixelCorrection::_deleteSelectedFiles(int kind)

@@ -37,3 +37,11 @@ QMessageBox::StandardButton UXCDialogs::question(QWidget* parent, const QString&
 {
     return QMessageBox::question(parent, title, text, buttons);
 }
+
+QMessageBox::StandardButton UXCDialogs::detailed(QWidget* parent, QMessageBox::Icon icon, const QString& title,
+                                                 const QString& text, const QString& details)
+{
+    QMessageBox box(icon, title, text, QMessageBox::Ok, parent);
+    box.setDetailedText(details);
+    return QMessageBox::StandardButton(box.exec());
+}

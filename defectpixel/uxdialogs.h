@@ -22,6 +22,9 @@ public:
                                                     QMessageBox::StandardButtons buttons = QMessageBox::Ok);
     virtual QMessageBox::StandardButton critical(QWidget* parent, const QString& title, const QString& text,
                                                  QMessageBox::StandardButtons buttons = QMessageBox::Ok);
+    // A box whose details (one line per case) the user can unfold.
+    virtual QMessageBox::StandardButton detailed(QWidget* parent, QMessageBox::Icon icon, const QString& title,
+                                                 const QString& text, const QString& details);
     virtual QMessageBox::StandardButton question(QWidget* parent, const QString& title, const QString& text,
                                                  QMessageBox::StandardButtons buttons);
 };

@@ -267,6 +267,33 @@
     </message>
 </context>
 <context>
+    <name>ImageSeries</name>
+    <message>
+        <source>The file is empty.</source>
+        <translation>Die Datei ist leer.</translation>
+    </message>
+    <message>
+        <source>The file is truncated: its pixel data is cut short.</source>
+        <translation>Die Datei ist abgeschnitten: ihre Bilddaten sind unvollständig.</translation>
+    </message>
+    <message>
+        <source>Not a readable bitmap.</source>
+        <translation>Keine lesbare Bitmap.</translation>
+    </message>
+    <message>
+        <source>Bit depth %1 is not supported for this camera.</source>
+        <translation>Die Bittiefe %1 wird für diese Kamera nicht unterstützt.</translation>
+    </message>
+    <message>
+        <source>Size %1×%2 differs from the series&apos; %3×%4.</source>
+        <translation>Die Größe %1×%2 weicht von der Größe der Serie (%3×%4) ab.</translation>
+    </message>
+    <message>
+        <source>Not enough memory for the series.</source>
+        <translation>Nicht genug Speicher für die Serie.</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
         <source>Defect Pixel Correction Assistant</source>
@@ -698,6 +725,14 @@ Möchten Sie fortfahren?</translation>
     <message>
         <source>%1 Error occurs during File Access.</source>
         <translation>%1: Fehler beim Dateizugriff.</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>%1 of the %2 chosen images were not added.</source>
+        <translation>%1 der %2 gewählten Bilder wurden nicht hinzugefügt.</translation>
     </message>
 </context>
 </TS>

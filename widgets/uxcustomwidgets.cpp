@@ -1,5 +1,21 @@
 #include "uxcustomwidgets.h"
 
+namespace {
+
+// Longest side kept for display. A label never shows more device pixels than
+// this, so a 20 MPixel mean is thinned (nearest pixel, cheap) before the
+// costly conversion to a pixmap and the smooth scaling.
+constexpr int kMaxPreviewSide = 2048;
+
+QImage previewOf(const QImage& image)
+{
+    if (image.width() <= kMaxPreviewSide && image.height() <= kMaxPreviewSide)
+        return image;
+    return image.scaled(kMaxPreviewSide, kMaxPreviewSide, Qt::KeepAspectRatio, Qt::FastTransformation);
+}
+
+} // namespace
+
 UXCPixmapLabel::UXCPixmapLabel(QWidget* parent)
     : QLabel(parent)
 {
@@ -11,7 +27,7 @@ UXCPixmapLabel::UXCPixmapLabel(QWidget* parent)
 void UXCPixmapLabel::setImage(const QImage& image)
 {
     m_image = image;
-    m_pixmap = QPixmap::fromImage(image);
+    m_pixmap = QPixmap::fromImage(previewOf(image));
     setPixmap(scaledPixmap());
 }
 
@@ -27,7 +43,9 @@ QPixmap UXCPixmapLabel::scaledPixmap() const
     // Scaling to device pixels keeps the picture sharp on high-density screens.
     const qreal ratio = devicePixelRatioF();
     const QSize target(qRound(width() * ratio), qRound(height() * ratio));
-    QPixmap scaled = m_pixmap.scaled(target, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    // The size follows the image itself, not its thinned preview.
+    const QSize size = m_image.size().scaled(target, Qt::KeepAspectRatio);
+    QPixmap scaled = m_pixmap.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     scaled.setDevicePixelRatio(ratio);
     return scaled;
 }

@@ -9,7 +9,9 @@
 #include <ZebCPP.h>
 
 #include <QDir>
+#include <QApplication>
 #include <QImage>
+#include <QProgressDialog>
 #include <QPushButton>
 #include <QtTest>
 
@@ -27,7 +29,7 @@ QString takeFirst(QStringList& answers)
 QStringList RecordingDialogs::getOpenFileNames(QWidget*, const QString& caption, const QString& dir,
                                                const QString& filter)
 {
-    calls.append({"open files", caption, filter, dir});
+    calls.append({"open files", caption, filter, dir, QString(), false});
     QStringList answer;
     answer.swap(openFileNames);
     return answer;
@@ -36,36 +38,47 @@ QStringList RecordingDialogs::getOpenFileNames(QWidget*, const QString& caption,
 QString RecordingDialogs::getOpenFileName(QWidget*, const QString& caption, const QString& dir,
                                           const QString& filter)
 {
-    calls.append({"open file", caption, filter, dir});
+    calls.append({"open file", caption, filter, dir, QString(), false});
     return takeFirst(openFileName);
 }
 
 QString RecordingDialogs::getSaveFileName(QWidget*, const QString& caption, const QString& dir,
                                           const QString& filter)
 {
-    calls.append({"save file", caption, filter, dir});
+    calls.append({"save file", caption, filter, dir, QString(), false});
     return takeFirst(saveFileName);
 }
 
 QMessageBox::StandardButton RecordingDialogs::information(QWidget*, const QString& title, const QString& text,
                                                           QMessageBox::StandardButtons)
 {
-    calls.append({"information", title, text, QString()});
+    calls.append({"information", title, text, QString(), QString(), false});
     return QMessageBox::Ok;
 }
 
 QMessageBox::StandardButton RecordingDialogs::critical(QWidget*, const QString& title, const QString& text,
                                                        QMessageBox::StandardButtons)
 {
-    calls.append({"critical", title, text, QString()});
+    calls.append({"critical", title, text, QString(), QString(), false});
     return QMessageBox::Ok;
 }
 
 QMessageBox::StandardButton RecordingDialogs::question(QWidget*, const QString& title, const QString& text,
                                                        QMessageBox::StandardButtons)
 {
-    calls.append({"question", title, text, QString()});
+    calls.append({"question", title, text, QString(), QString(), false});
     return answer;
+}
+
+QMessageBox::StandardButton RecordingDialogs::detailed(QWidget*, QMessageBox::Icon icon, const QString& title,
+                                                       const QString& text, const QString& details)
+{
+    bool overProgress = false;
+    for (QWidget* widget : QApplication::allWidgets())
+        overProgress = overProgress || (qobject_cast<QProgressDialog*>(widget) && widget->isVisible());
+    calls.append({icon == QMessageBox::Critical ? "critical" : "information", title, text, QString(), details,
+                  overProgress});
+    return QMessageBox::Ok;
 }
 
 QStringList RecordingDialogs::messages() const

@@ -35,6 +35,8 @@ public:
         QString title;  // caption or title
         QString text;   // filter for file dialogs, text for message boxes
         QString dir;    // start folder of file dialogs
+        QString details; // unfoldable details of a message box
+        bool overProgress = false; // a progress window was showing when the box came
     };
 
     QStringList getOpenFileNames(QWidget*, const QString& caption, const QString& dir,
@@ -47,6 +49,8 @@ public:
                                          QMessageBox::StandardButtons) override;
     QMessageBox::StandardButton question(QWidget*, const QString& title, const QString& text,
                                          QMessageBox::StandardButtons) override;
+    QMessageBox::StandardButton detailed(QWidget*, QMessageBox::Icon icon, const QString& title, const QString& text,
+                                         const QString& details) override;
 
     // "kind|title|text" of every message box so far.
     QStringList messages() const;

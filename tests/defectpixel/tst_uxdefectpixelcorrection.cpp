@@ -1,6 +1,8 @@
 #include "panelfixture.h"
 
 #include "uxcamera.h"
+#include "imageseries.h"
+#include "uxcustomwidgets.h"
 #include "uxdefectpixelcorrection.h"
 
 #include <sim/simcontrol.h>
@@ -78,6 +80,7 @@ private slots:
     void chunkIdsHideSlots();
     void resetDuringTransferNeverLeavesHalfAMap();
     void nextCameraStartsAfresh();
+    void batchTellsRefusalsOnceAndKeepsGoodImages();
 
 private:
     Session m_session;
@@ -295,6 +298,65 @@ void TestPanel::nextCameraStartsAfresh()
     QVERIFY(panel.defectCount() > 0);
     panel.Reset();
     QVERIFY(m_session.close(kWildMaximum));
+}
+
+void TestPanel::batchTellsRefusalsOnceAndKeepsGoodImages()
+{
+    UXCDefectPixelCorrection panel;
+    RecordingDialogs dialogs;
+    panel.setDialogs(&dialogs);
+    QSignalSpy log(&panel, &UXCDefectPixelCorrection::sendLogMessage);
+    QVERIFY(panel.Init(m_session.open(kMonoFile)));
+    const QStringList good = captureSeries(panel.camera(), m_dir.path(), "batchdark", 3, false);
+    QCOMPARE(good.size(), 3);
+    const QString small = m_dir.filePath("small.bmp"), empty = m_dir.filePath("empty.bmp"),
+                  cut = m_dir.filePath("cut.bmp"), text = m_dir.filePath("text.bmp");
+    QImage smallImage(8, 4, QImage::Format_Grayscale8);
+    smallImage.fill(0);
+    QVERIFY(smallImage.convertToFormat(QImage::Format_Indexed8).save(small, "BMP"));
+    QFile(empty).open(QIODevice::WriteOnly);
+    QFile whole(good[0]);
+    QVERIFY(whole.open(QIODevice::ReadOnly));
+    QFile cutFile(cut);
+    QVERIFY(cutFile.open(QIODevice::WriteOnly) && cutFile.write(whole.read(whole.size() - 640)) > 0);
+    cutFile.close();
+    QFile textFile(text);
+    QVERIFY(textFile.open(QIODevice::WriteOnly) && textFile.write("no image") > 0);
+    textFile.close();
+
+    // Good and bad mixed, added at once: the good ones stay, one box tells the rest.
+    dialogs.openFileNames = QStringList{good[0], small, empty, good[1], cut, text, good[2]};
+    click(panel, "btnAddDarkImage");
+    QCOMPARE(panel.findChild<QListWidget*>("listDarkImagePath")->count(), 3);
+    QCOMPARE(panel.darkParams().count, 3u);
+    QCOMPARE(dialogs.messages(), QStringList{"critical|Load Image|4 of the 7 chosen images were not added."});
+    const RecordingDialogs::Call* box = dialogs.last("critical");
+    QVERIFY(!box->overProgress);
+    QCOMPARE(box->details.split('\n'),
+             (QStringList{small + ": Size 8×4 differs from the series' 640×480.", empty + ": The file is empty.",
+                          cut + ": The file is truncated: its pixel data is cut short.",
+                          text + ": Not a readable bitmap."}));
+    const QStringList lines = logLines(log);
+    for (const QString& line : {"2|Loading '" + small + "': incompatible image.", "2|Loading image '" + empty + "' failed.",
+                                "2|Loading image '" + cut + "' failed.", "2|Loading image '" + text + "' failed."})
+        QVERIFY2(lines.contains(line), qPrintable(line));
+
+    // The batch's mean is the one file-by-file accumulation gives.
+    ImageGeometry geometry;
+    DefectPixelParams params;
+    QImage mean;
+    for (const QString& path : good)
+        QCOMPARE(addImageToSeries(path, DarkSeries, geometry, params, mean), SeriesChange::Accepted);
+    QCOMPARE(panel.findChild<UXCPixmapLabel*>("lblMeanImageDark")->getImage(), mean);
+
+    // A single refusal keeps the described message, with its reason as details.
+    dialogs.calls.clear();
+    dialogs.openFileNames = QStringList{small};
+    click(panel, "btnAddBrightImage");
+    QCOMPARE(dialogs.messages(), QStringList{"information|Load Image|" + small + ": incompatible image!"});
+    QCOMPARE(dialogs.last("information")->details, small + ": Size 8×4 differs from the series' 640×480.");
+    panel.Reset();
+    QVERIFY(m_session.close(kMonoFile));
 }
 
 QTEST_MAIN(TestPanel)

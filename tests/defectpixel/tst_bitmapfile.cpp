@@ -1,0 +1,160 @@
+#include "bitmapfile.h"
+#include "imagefilequeue.h"
+#include "imageseries.h"
+
+#include <QtEndian>
+#include <QtTest>
+
+#include <random>
+
+namespace {
+
+// A bitmap file laid out byte by byte, padding and gaps filled with noise so
+// that a reader taking the wrong bytes shows.
+QByteArray bitmapBytes(int width, int height, int bitCount, bool topDown, int colors, int gap, unsigned seed)
+{
+    std::mt19937 random(seed);
+    auto noise = [&random] { return char(random() & 0xff); };
+    const int stride = (width * bitCount + 31) / 32 * 4;
+    const int table = bitCount <= 8 ? 4 * (colors ? colors : 1 << bitCount) : 0;
+    const int dataOffset = 54 + table + gap;
+    QByteArray bytes(dataOffset + stride * height, '\0');
+    auto* b = reinterpret_cast<uchar*>(bytes.data());
+    b[0] = 'B';
+    b[1] = 'M';
+    qToLittleEndian<quint32>(quint32(bytes.size()), b + 2);
+    qToLittleEndian<quint32>(quint32(dataOffset), b + 10);
+    qToLittleEndian<quint32>(40, b + 14);
+    qToLittleEndian<qint32>(width, b + 18);
+    qToLittleEndian<qint32>(topDown ? -height : height, b + 22);
+    qToLittleEndian<quint16>(1, b + 26);
+    qToLittleEndian<quint16>(quint16(bitCount), b + 28);
+    qToLittleEndian<quint32>(quint32(colors), b + 46);
+    for (int i = 0; i < table / 4; ++i)
+        qToLittleEndian<quint32>(qRgb(i, 255 - i, i / 2), b + 54 + 4 * i);
+    for (int i = 54 + table; i < bytes.size(); ++i)
+        bytes[i] = noise();
+    // Indices stay inside a short colour table: beyond it even the image
+    // reader's own conversion is undefined.
+    if (bitCount == 8 && colors > 0) {
+        for (int y = 0; y < height; ++y)
+            for (int x = 0; x < width; ++x)
+                b[dataOffset + y * stride + x] %= colors;
+    }
+    return bytes;
+}
+
+struct Series {
+    ImageGeometry geometry;
+    DefectPixelParams params;
+    QImage mean;
+};
+
+} // namespace
+
+// The straight bitmap read against the image reader, and the read-ahead queue.
+class TestBitmapFile : public QObject {
+    Q_OBJECT
+
+private slots:
+    void straightReadAccumulatesAsImageReader_data();
+    void straightReadAccumulatesAsImageReader();
+    void queueKeepsOrderAndReasons();
+
+private:
+    QString write(const QString& name, const QByteArray& bytes);
+    QTemporaryDir m_dir;
+};
+
+QString TestBitmapFile::write(const QString& name, const QByteArray& bytes)
+{
+    QFile file(m_dir.filePath(name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        return QString();
+    return file.fileName();
+}
+
+void TestBitmapFile::straightReadAccumulatesAsImageReader_data()
+{
+    QTest::addColumn<int>("width");
+    QTest::addColumn<int>("height");
+    QTest::addColumn<int>("bitCount");
+    QTest::addColumn<bool>("topDown");
+    QTest::addColumn<int>("colors");
+    QTest::addColumn<int>("gap");
+    QTest::addColumn<bool>("direct");
+    QTest::newRow("8-bit bottom-up") << 64 << 9 << 8 << false << 0 << 0 << true;
+    QTest::newRow("8-bit top-down") << 64 << 9 << 8 << true << 0 << 0 << true;
+    QTest::newRow("8-bit odd width, padding") << 37 << 11 << 8 << false << 0 << 0 << true;
+    QTest::newRow("8-bit odd width top-down") << 1 << 5 << 8 << true << 0 << 0 << true;
+    QTest::newRow("8-bit short palette, gap") << 30 << 7 << 8 << false << 16 << 10 << true;
+    QTest::newRow("32-bit bottom-up") << 13 << 6 << 32 << false << 0 << 0 << true;
+    QTest::newRow("32-bit top-down, gap") << 16 << 3 << 32 << true << 0 << 3 << true;
+    QTest::newRow("24-bit goes to the reader") << 13 << 6 << 24 << false << 0 << 0 << false;
+    QTest::newRow("4-bit goes to the reader") << 13 << 6 << 4 << false << 0 << 0 << false;
+}
+
+void TestBitmapFile::straightReadAccumulatesAsImageReader()
+{
+    QFETCH(int, width);
+    QFETCH(int, height);
+    QFETCH(int, bitCount);
+    QFETCH(bool, topDown);
+    QFETCH(int, colors);
+    QFETCH(int, gap);
+    QFETCH(bool, direct);
+    const QString first = write("a.bmp", bitmapBytes(width, height, bitCount, topDown, colors, gap, 1));
+    const QString second = write("b.bmp", bitmapBytes(width, height, bitCount, topDown, colors, gap, 2));
+    QImage straight;
+    QCOMPARE(readBitmapDirect(first, straight), direct);
+
+    for (int kind : {DarkSeries, BrightSeries}) {
+        Series fast, reference;
+        for (const QString& path : {first, second}) {
+            QCOMPARE(addImageToSeries(readImageFile(path), kind, fast.geometry, fast.params, fast.mean),
+                     SeriesChange::Accepted);
+            QCOMPARE(addImageToSeries(QImage(path), kind, reference.geometry, reference.params, reference.mean),
+                     SeriesChange::Accepted);
+        }
+        // Every byte of the mean counts, the padding of its lines included: it is shown.
+        QCOMPARE(fast.mean.format(), reference.mean.format());
+        QCOMPARE(QByteArray(reinterpret_cast<const char*>(fast.mean.constBits()), int(fast.mean.sizeInBytes())),
+                 QByteArray(reinterpret_cast<const char*>(reference.mean.constBits()),
+                            int(reference.mean.sizeInBytes())));
+        const int pixels = width * height;
+        QCOMPARE(QByteArray(reinterpret_cast<const char*>(fast.params.remainder), pixels),
+                 QByteArray(reinterpret_cast<const char*>(reference.params.remainder), pixels));
+    }
+}
+
+void TestBitmapFile::queueKeepsOrderAndReasons()
+{
+    const QByteArray good = bitmapBytes(20, 10, 8, false, 0, 0, 3);
+    const QStringList paths{write("good.bmp", good), write("empty.bmp", QByteArray()),
+                            write("cut.bmp", good.left(good.size() - 7)), write("text.bmp", "not an image"),
+                            write("wide.bmp", bitmapBytes(21, 10, 8, false, 0, 0, 4)),
+                            write("mono.bmp", bitmapBytes(16, 10, 1, false, 2, 0, 5)), m_dir.filePath("missing.bmp")};
+    ImageFileQueue queue(paths);
+    QVector<ImageFile> files;
+    while (!queue.atEnd()) {
+        QCOMPARE(queue.nextPath(), paths[files.size()]);
+        files << queue.takeNext();
+    }
+    QCOMPARE(files.size(), paths.size());
+    QCOMPARE(files[0].image.size(), QSize(20, 10));
+
+    Series series;
+    QStringList reasons;
+    for (const ImageFile& file : files) {
+        const ImageGeometry before = series.geometry;
+        const SeriesChange change = addImageToSeries(file.image, DarkSeries, series.geometry, series.params, series.mean);
+        reasons << refusalReason(file, change, before);
+    }
+    QCOMPARE(reasons, (QStringList{QString(), "The file is empty.", "The file is truncated: its pixel data is cut short.",
+                                   "Not a readable bitmap.", "Size 21×10 differs from the series' 20×10.",
+                                   "Bit depth 1 is not supported for this camera.", "Not a readable bitmap."}));
+    QCOMPARE(series.params.count, 1u);
+}
+
+QTEST_MAIN(TestBitmapFile)
+#include "tst_bitmapfile.moc"
