@@ -2,6 +2,7 @@
 #include "defectmapcontainer.h"
 #include "defectmapgenerator.h"
 #include "defectmatch.h"
+#include "imagefilequeue.h"
 #include "imageseries.h"
 #include "uxsettings.h"
 
@@ -61,6 +62,32 @@ struct SeriesFiles {
     }
 };
 
+// Both series through the read-ahead queue and the straight bitmap read.
+void addSeriesOverlapped(const SeriesFiles& files, ImageGeometry& geometry, DefectPixelParams& darkParams,
+                         DefectPixelParams& brightParams, QImage& darkMean, QImage& brightMean)
+{
+    ImageFileQueue queue(files.dark + files.bright);
+    for (int i = 0; !queue.atEnd(); ++i) {
+        const ImageFile file = queue.takeNext();
+        if (i < files.dark.size())
+            addImageToSeries(file.image, DarkSeries, geometry, darkParams, darkMean);
+        else
+            addImageToSeries(file.image, BrightSeries, geometry, brightParams, brightMean);
+    }
+}
+
+// The straightforward way: each file loaded by the image reader, then accumulated.
+void addSeriesOneByOne(const SeriesFiles& files, ImageGeometry& geometry, DefectPixelParams& darkParams,
+                       DefectPixelParams& brightParams, QImage& darkMean, QImage& brightMean)
+{
+    for (const QString& path : files.dark)
+        addImageToSeries(QImage(path), DarkSeries, geometry, darkParams, darkMean);
+    for (const QString& path : files.bright)
+        addImageToSeries(QImage(path), BrightSeries, geometry, brightParams, brightMean);
+}
+
+template <void (*addSeries)(const SeriesFiles&, ImageGeometry&, DefectPixelParams&, DefectPixelParams&, QImage&,
+                            QImage&)>
 void BM_Workflow(benchmark::State& state)
 {
     QStandardPaths::setTestModeEnabled(true);
@@ -74,10 +101,7 @@ void BM_Workflow(benchmark::State& state)
         DefectPixelParams brightParams;
         QImage darkMean;
         QImage brightMean;
-        for (const QString& path : files.dark)
-            addImageToSeries(path, DarkSeries, geometry, darkParams, darkMean);
-        for (const QString& path : files.bright)
-            addImageToSeries(path, BrightSeries, geometry, brightParams, brightMean);
+        addSeries(files, geometry, darkParams, brightParams, darkMean, brightMean);
 
         std::unique_ptr<t_defpix[]> storage;
         t_defpix* map = nullptr;
@@ -104,6 +128,15 @@ void BM_Workflow(benchmark::State& state)
 
 } // namespace
 
-BENCHMARK(BM_Workflow)->Unit(benchmark::kSecond)->UseRealTime()->Iterations(3);
+BENCHMARK_TEMPLATE(BM_Workflow, addSeriesOverlapped)
+    ->Name("Workflow")
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime()
+    ->Iterations(3);
+BENCHMARK_TEMPLATE(BM_Workflow, addSeriesOneByOne)
+    ->Name("WorkflowStraightforward")
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime()
+    ->Iterations(3);
 
 BENCHMARK_MAIN();
