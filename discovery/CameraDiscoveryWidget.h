@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CameraInfoMap.h"
+#include "cameramodels.h"
 
 #include <QFuture>
 #include <QVector>
@@ -15,10 +16,6 @@ class QLabel;
 class QPushButton;
 class QStackedWidget;
 class QTreeView;
-
-// True when the model name belongs to a camera family the assistant supports;
-// family is then that family's name, otherwise empty.
-bool IsCameraModelCompatible(const QString& model, QString& family);
 
 // The camera list: starts the camera SDK in the background, creates the API
 // controller once the SDK is up, keeps the camera tree current by background
