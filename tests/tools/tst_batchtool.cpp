@@ -1,0 +1,222 @@
+#include "batchrun.h"
+#include "childprocess.h"
+#include "fakegvcamera.h"
+#include "panelfixture.h"
+#include "uxdefectpixelcorrection.h"
+
+#include <sim/simcontrol.h>
+
+#include <QComboBox>
+#include <QJsonArray>
+#include <QtTest>
+
+using namespace PanelFixture;
+using ZebCPP::SimControl::SimMapEntry;
+
+namespace {
+
+const QStringList kCameras = {kMonoFile, kColourFile, kRegisterMono};
+
+std::vector<SimMapEntry> stored(const QString& serial, uint32_t slot)
+{
+    std::vector<SimMapEntry> entries;
+    ZebCPP::SimControl::GetStoredMap(serial.toStdString(), slot, entries);
+    return entries;
+}
+
+bool sameMaps(const std::vector<SimMapEntry>& a, const std::vector<SimMapEntry>& b)
+{
+    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](const auto& p, const auto& q) {
+               return p.x == q.x && p.y == q.y && p.type == q.type;
+           });
+}
+
+QByteArray fileBytes(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QJsonObject entryOf(const QJsonObject& report, const QString& serial)
+{
+    for (const QJsonValue& camera : report.value("cameras").toArray()) {
+        if (camera.toObject().value("camera").toObject().value("Serial No.").toString() == serial)
+            return camera.toObject();
+    }
+    return {};
+}
+
+} // namespace
+
+class TestBatchTool : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanupTestCase();
+    void mapsMatchTheAssistantAndVerify();
+    void uploadFaultFailsOneCameraAlone();
+    void dryRunAndBadInputsLeaveSlotsUnchanged();
+    void executableListsTheFakeGigECamera();
+
+private:
+    int runTool(const QStringList& arguments, QJsonObject& report);
+    QString dark(const QString& serial) const { return m_dir.filePath(serial + "/dark_*.bmp"); }
+
+    Session m_session;
+    QTemporaryDir m_dir;
+};
+
+void TestBatchTool::initTestCase()
+{
+    QStandardPaths::setTestModeEnabled(true);
+    QVERIFY(m_dir.isValid());
+    qputenv("ZEB_SIM_CAMERAS", "default");
+    for (const QString& serial : kCameras) {
+        ChildProcess capture;
+        QVERIFY(capture.start(ZEB_SIM_CAPTURE, {"--camera", serial, "--dark", "3", "--bright", "3", "--out",
+                                               m_dir.filePath(serial)}));
+        QVERIFY(capture.waitForFinished(60000));
+        QCOMPARE(capture.exitCode(), 0);
+    }
+    if (!m_session.start())
+        QSKIP("the simulated cameras are not available");
+}
+
+void TestBatchTool::cleanupTestCase()
+{
+    m_session.stop();
+}
+
+int TestBatchTool::runTool(const QStringList& arguments, QJsonObject& report)
+{
+    BatchOptions options;
+    QString message;
+    int exitCode = 0;
+    if (!BatchCommandLine::parse(QStringList{"orvel-dpc-batch", "-q", "-r", ""} + arguments, options, message,
+                                 exitCode))
+        return -exitCode - 100;
+    QString text;
+    QTextStream out(&text);
+    QTextStream err(&text);
+    return BatchRun::run(options, out, err, &report);
+}
+
+// The three map-slot cases at once (file access revisions 3 and 4, big-endian
+// registers): the saved maps are the assistant's to the byte, and each slot
+// holds the map afterwards.
+void TestBatchTool::mapsMatchTheAssistantAndVerify()
+{
+    QJsonObject report;
+    const QString saved = m_dir.filePath("maps");
+    QCOMPARE(runTool({"-c", kMonoFile, "-c", kColourFile, "-c", kRegisterMono, "--dark",
+                      m_dir.filePath("{serial}/dark_*.bmp"), "--bright", m_dir.filePath("{serial}/bright_*.bmp"),
+                      "--slot", "DefPixMap1", "--yes", "--save", saved, "-j", "3"},
+                     report),
+             0);
+    QCOMPARE(report.value("succeeded").toInt(), 3);
+    for (const QString& serial : kCameras) {
+        const QJsonObject entry = entryOf(report, serial);
+        QCOMPARE(entry.value("upload").toString(), QString("done"));
+        QCOMPARE(entry.value("verify").toString(), QString("passed"));
+        QVERIFY(entry.value("map").toObject().value("written").toInt() > 0);
+        QCOMPARE(int(stored(serial, 1).size()), entry.value("map").toObject().value("written").toInt());
+
+        UXCDefectPixelCorrection panel;
+        RecordingDialogs dialogs;
+        panel.setDialogs(&dialogs);
+        QVERIFY(panel.Init(m_session.open(serial)));
+        const QStringList darkFiles = QDir(m_dir.filePath(serial)).entryList({"dark_*.bmp"}, QDir::Files, QDir::Name);
+        const QStringList brightFiles =
+            QDir(m_dir.filePath(serial)).entryList({"bright_*.bmp"}, QDir::Files, QDir::Name);
+        for (const QString& file : darkFiles)
+            QVERIFY(panel.loadImagefromFile(m_dir.filePath(serial + "/" + file), 0));
+        for (const QString& file : panel.isColor() ? QStringList() : brightFiles)
+            QVERIFY(panel.loadImagefromFile(m_dir.filePath(serial + "/" + file), 1));
+        auto* selector = panel.findChild<QComboBox*>("cmbDefectPixelMapSelector");
+        selector->setCurrentIndex(1);
+        emit selector->activated(1);
+        click(panel, "btnGenerateMap");
+        const QString mine = m_dir.filePath("assistant-" + serial);
+        dialogs.saveFileName = QStringList{mine};
+        click(panel, "btnSaveMapToFile");
+        const QString extension = panel.isRegisterMode() ? ".txt" : ".bin";
+        const QByteArray assistant = fileBytes(mine + extension);
+        QVERIFY(!assistant.isEmpty());
+        QCOMPARE(fileBytes(saved + "/" + serial + extension), assistant);
+        panel.Reset();
+        QVERIFY(m_session.close(serial));
+    }
+}
+
+void TestBatchTool::uploadFaultFailsOneCameraAlone()
+{
+    const std::vector<SimMapEntry> before = stored(kMonoFile, 2);
+    QCOMPARE(ZebCPP::SimControl::InjectFault(kRegisterMono, ZebCPP::SimControl::FaultKind::MemoryWrite, 1,
+                                             ZebCPP::ZebErrorTimeout),
+             ZebCPP::ZebErrorSuccess);
+    QJsonObject report;
+    QCOMPARE(runTool({"-c", kMonoFile, "-c", kRegisterMono, "--dark", m_dir.filePath("{serial}/dark_*.bmp"),
+                      "--slot", "DefPixMap2", "--yes"},
+                     report),
+             1);
+    ZebCPP::SimControl::ClearFaults(kRegisterMono);
+    const QJsonObject failed = entryOf(report, kRegisterMono);
+    QCOMPARE(failed.value("succeeded").toBool(), false);
+    QCOMPARE(failed.value("upload").toString(), QString("failed"));
+    QVERIFY(!failed.value("errors").toArray().isEmpty());
+    QCOMPARE(entryOf(report, kMonoFile).value("verify").toString(), QString("passed"));
+    QVERIFY(!sameMaps(before, stored(kMonoFile, 2)));
+}
+
+// Nothing is written to a camera by a dry run, a wrong folder, an unreadable
+// image, a missing confirmation or an unknown or busy camera; each says why.
+void TestBatchTool::dryRunAndBadInputsLeaveSlotsUnchanged()
+{
+    std::vector<std::vector<SimMapEntry>> before;
+    for (const QString& serial : kCameras)
+        before.push_back(stored(serial, 3));
+    QJsonObject report;
+    QCOMPARE(runTool({"--all", "--dark", m_dir.filePath("{serial}/dark_*.bmp"), "--slot", "DefPixMap3", "--yes",
+                      "--dry-run"},
+                     report),
+             1);
+    QCOMPARE(entryOf(report, kMonoFile).value("upload").toString(), QString("dry-run"));
+    QCOMPARE(entryOf(report, "TB2000005").value("errors").toArray().first().toString(),
+             QString("The camera is busy: another application holds it (no full access)."));
+
+    QFile broken(m_dir.filePath("broken/dark_0.bmp"));
+    QVERIFY(QDir().mkpath(m_dir.filePath("broken")) && broken.open(QIODevice::WriteOnly));
+    broken.write("BM not really a bitmap");
+    broken.close();
+    QCOMPARE(runTool({"-c", kMonoFile, "-c", "NOSUCHCAMERA", "--dark", m_dir.filePath("broken"), "--slot",
+                      "DefPixMap3", "--yes"},
+                     report),
+             1);
+    QVERIFY(entryOf(report, kMonoFile).value("errors").toArray().first().toString().startsWith("Loading image"));
+    QCOMPARE(report.value("failed").toInt(), 2);
+    QCOMPARE(runTool({"-c", kColourFile, "--dark", m_dir.filePath("missing"), "--slot", "DefPixMap2"}, report), 1);
+    QCOMPARE(runTool({"-c", kRegisterMono, "--dark", dark(kRegisterMono), "--slot", "DefPixMap2"}, report), 1);
+    QVERIFY(entryOf(report, kRegisterMono).value("errors").toArray().first().toString().contains("--yes"));
+    for (int i = 0; i < kCameras.size(); ++i)
+        QVERIFY(sameMaps(before[size_t(i)], stored(kCameras[i], 3)));
+    QCOMPARE(runTool({"--slot", "DefPixMap1"}, report), -102);
+}
+
+void TestBatchTool::executableListsTheFakeGigECamera()
+{
+    FakeGv::Camera fake;
+    const QString why = fake.start(); // leaves only the loopback GigE Vision discovery in the environment
+    if (!why.isEmpty())
+        QSKIP(qPrintable(why));
+    const QString listing = m_dir.filePath("list.txt");
+    ChildProcess tool;
+    QVERIFY(tool.start("/bin/sh", {"-c", QString("'%1' --list > '%2'").arg(DPC_BATCH, listing)}));
+    QVERIFY(tool.waitForFinished(30000));
+    QCOMPARE(tool.exitCode(), 0);
+    QVERIFY2(fileBytes(listing).contains(FakeGv::kExtendedId), fileBytes(listing).constData());
+    qputenv("ZEB_SIM_CAMERAS", "default");
+}
+
+QTEST_MAIN(TestBatchTool)
+#include "tst_batchtool.moc"
