@@ -204,6 +204,339 @@
     </message>
 </context>
 <context>
+    <name>BatchCommandLine</name>
+    <message>
+        <source>Generates the defect pixel map of many cameras at once, as the assistant does for one:
+reads each camera&apos;s dark and bright bitmap series from folders, builds the map with the
+assistant&apos;s thresholds and correction codes, optionally saves it, uploads it into a map
+slot and reads the slot back to verify it. One worker per camera; a failing camera does
+not stop the others. Writes a JSON report of the run and one line per camera.
+Exit status: 0 when every camera succeeded, 1 when one failed, 2 for a wrong command line.
+Paths may contain {serial}, {model} and {id} (the camera&apos;s plain ID).
+Cameras come from the camera SDK: ZEB_SIM_CAMERAS names simulated cameras,
+ZEB_GEV_ADDRESSES limits GigE Vision discovery to the given addresses.</source>
+        <translation>Erzeugt die Defektpixelkarte vieler Kameras auf einmal, wie der Assistent für eine:
+liest die dunklen und hellen Bitmap-Serien jeder Kamera aus Ordnern, erzeugt die Karte mit den
+Schwellwerten und Korrekturcodes des Assistenten, speichert sie auf Wunsch, lädt sie in einen
+Kartenplatz und liest den Platz zur Prüfung zurück. Ein Arbeiter je Kamera; eine fehlerhafte
+Kamera hält die anderen nicht auf. Schreibt einen JSON-Bericht des Laufs und eine Zeile je Kamera.
+Exit-Status: 0, wenn jede Kamera gelang, 1, wenn eine fehlschlug, 2 bei falscher Befehlszeile.
+Pfade dürfen {serial}, {model} und {id} (die einfache ID der Kamera) enthalten.
+Kameras kommen vom Kamera-SDK: ZEB_SIM_CAMERAS nennt simulierte Kameras,
+ZEB_GEV_ADDRESSES beschränkt die GigE-Vision-Suche auf die angegebenen Adressen.</translation>
+    </message>
+    <message>
+        <source>Shows this help and exits.</source>
+        <translation>Zeigt diese Hilfe und endet.</translation>
+    </message>
+    <message>
+        <source>Lists every camera the SDK finds, with its extended ID, serial number, model, access and compatibility, and exits.</source>
+        <translation>Listet jede Kamera, die das SDK findet, mit erweiterter ID, Seriennummer, Modell, Zugriff und Kompatibilität, und endet.</translation>
+    </message>
+    <message>
+        <source>Selects a camera by extended ID, plain ID or serial number (repeatable).</source>
+        <translation>Wählt eine Kamera nach erweiterter ID, einfacher ID oder Seriennummer (wiederholbar).</translation>
+    </message>
+    <message>
+        <source>ID</source>
+        <translation>ID</translation>
+    </message>
+    <message>
+        <source>Selects the cameras whose model name matches the pattern (* and ? wildcards; repeatable).</source>
+        <translation>Wählt die Kameras, deren Modellname zum Muster passt (Platzhalter * und ?; wiederholbar).</translation>
+    </message>
+    <message>
+        <source>pattern</source>
+        <translation>Muster</translation>
+    </message>
+    <message>
+        <source>Selects every compatible camera.</source>
+        <translation>Wählt jede kompatible Kamera.</translation>
+    </message>
+    <message>
+        <source>The camera&apos;s dark bitmaps: a folder (all *.bmp in it) or a folder and a file name pattern such as images/{serial}/dark_*.bmp; taken in name order.</source>
+        <translation>Die dunklen Bitmaps der Kamera: ein Ordner (alle *.bmp darin) oder ein Ordner mit Dateinamensmuster wie images/{serial}/dark_*.bmp; in Namensreihenfolge genommen.</translation>
+    </message>
+    <message>
+        <source>path</source>
+        <translation>Pfad</translation>
+    </message>
+    <message>
+        <source>The camera&apos;s bright bitmaps, given like --dark (monochrome cameras; colour cameras use the dark series only).</source>
+        <translation>Die hellen Bitmaps der Kamera, angegeben wie --dark (Monochromkameras; Farbkameras nutzen nur die dunkle Serie).</translation>
+    </message>
+    <message>
+        <source>Grey-level margin of the dark test, at most 255 (default 16).</source>
+        <translation>Grauwertspanne des Dunkeltests, höchstens 255 (Vorgabe 16).</translation>
+    </message>
+    <message>
+        <source>N</source>
+        <translation>N</translation>
+    </message>
+    <message>
+        <source>Margin of the bright test in percent of the local average, at most 100 (default 12).</source>
+        <translation>Spanne des Helltests in Prozent des lokalen Mittels, höchstens 100 (Vorgabe 12).</translation>
+    </message>
+    <message>
+        <source>Uploads the map into this map slot (for example DefPixMap1) and verifies it. The factory map is never written.</source>
+        <translation>Lädt die Karte in diesen Kartenplatz (zum Beispiel DefPixMap1) und prüft sie. Die Werkskarte wird nie beschrieben.</translation>
+    </message>
+    <message>
+        <source>name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Confirms that the map overwrites the selected slot; without it no camera is written.</source>
+        <translation>Bestätigt, dass die Karte den gewählten Platz überschreibt; ohne dies wird keine Kamera beschrieben.</translation>
+    </message>
+    <message>
+        <source>Saves each map as &lt;serial&gt;.txt (text form) and &lt;serial&gt;.bin (container form) in this folder.</source>
+        <translation>Speichert jede Karte als &lt;serial&gt;.txt (Textform) und &lt;serial&gt;.bin (Containerform) in diesem Ordner.</translation>
+    </message>
+    <message>
+        <source>folder</source>
+        <translation>Ordner</translation>
+    </message>
+    <message>
+        <source>Writes the JSON report of the run to this file (default dpc-batch-report.json).</source>
+        <translation>Schreibt den JSON-Bericht des Laufs in diese Datei (Vorgabe dpc-batch-report.json).</translation>
+    </message>
+    <message>
+        <source>file</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Cameras worked on at once (default: the number of cores).</source>
+        <translation>Gleichzeitig bearbeitete Kameras (Vorgabe: die Anzahl der Kerne).</translation>
+    </message>
+    <message>
+        <source>Does everything but write to the cameras: no upload, slots stay unchanged.</source>
+        <translation>Tut alles außer in die Kameras zu schreiben: kein Hochladen, die Plätze bleiben unverändert.</translation>
+    </message>
+    <message>
+        <source>Does not read the slot back after the upload.</source>
+        <translation>Liest den Platz nach dem Hochladen nicht zurück.</translation>
+    </message>
+    <message>
+        <source>No progress display; the summary lines remain.</source>
+        <translation>Keine Fortschrittsanzeige; die Zusammenfassungszeilen bleiben.</translation>
+    </message>
+    <message>
+        <source>Unexpected argument: %1</source>
+        <translation>Unerwartetes Argument: %1</translation>
+    </message>
+    <message>
+        <source>A threshold must be a whole number up to 255 (absolute) or 100 (relative).</source>
+        <translation>Ein Schwellwert muss eine ganze Zahl bis 255 (absolut) oder 100 (relativ) sein.</translation>
+    </message>
+    <message>
+        <source>--jobs needs a number of at least 1.</source>
+        <translation>--jobs braucht eine Zahl von mindestens 1.</translation>
+    </message>
+    <message>
+        <source>Select cameras with --camera, --model or --all (see --help).</source>
+        <translation>Wählen Sie Kameras mit --camera, --model oder --all (siehe --help).</translation>
+    </message>
+    <message>
+        <source>Give the folders of the series with --dark and/or --bright (see --help).</source>
+        <translation>Geben Sie die Ordner der Serien mit --dark und/oder --bright an (siehe --help).</translation>
+    </message>
+</context>
+<context>
+    <name>BatchJob</name>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>FAILED</source>
+        <translation>FEHLER</translation>
+    </message>
+    <message>
+        <source>%1 %2: %3 flagged, %4 written%5, upload %6, verify %7</source>
+        <translation>%1 %2: %3 markiert, %4 geschrieben%5, Hochladen %6, Prüfung %7</translation>
+    </message>
+    <message>
+        <source> (capacity cut)</source>
+        <translation> (durch Kapazität gekürzt)</translation>
+    </message>
+    <message>
+        <source>opening</source>
+        <translation>öffnen</translation>
+    </message>
+    <message>
+        <source>done</source>
+        <translation>fertig</translation>
+    </message>
+    <message>
+        <source>failed</source>
+        <translation>fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>checking the series</source>
+        <translation>Serien prüfen</translation>
+    </message>
+    <message>
+        <source>The folder &apos;%1&apos; does not exist.</source>
+        <translation>Der Ordner &apos;%1&apos; existiert nicht.</translation>
+    </message>
+    <message>
+        <source>No image in &apos;%1&apos; matches %2.</source>
+        <translation>Kein Bild in &apos;%1&apos; passt zu %2.</translation>
+    </message>
+    <message>
+        <source>A colour camera needs a dark series (--dark).</source>
+        <translation>Eine Farbkamera braucht eine dunkle Serie (--dark).</translation>
+    </message>
+    <message>
+        <source>Colour camera: the bright series is not used.</source>
+        <translation>Farbkamera: die helle Serie wird nicht verwendet.</translation>
+    </message>
+    <message>
+        <source>loading %1 %2/%3</source>
+        <translation>lade %1 %2/%3</translation>
+    </message>
+    <message>
+        <source>dark</source>
+        <translation>dunkel</translation>
+    </message>
+    <message>
+        <source>bright</source>
+        <translation>hell</translation>
+    </message>
+    <message>
+        <source>Loading image &apos;%1&apos; failed.</source>
+        <translation>Laden des Bildes &apos;%1&apos; fehlgeschlagen.</translation>
+    </message>
+    <message>
+        <source>Loading &apos;%1&apos;: Image format not supported.</source>
+        <translation>Laden von &apos;%1&apos;: Bildformat nicht unterstützt.</translation>
+    </message>
+    <message>
+        <source>Loading &apos;%1&apos;: incompatible image.</source>
+        <translation>Laden von &apos;%1&apos;: inkompatibles Bild.</translation>
+    </message>
+    <message>
+        <source>Loading &apos;%1&apos;: out of memory.</source>
+        <translation>Laden von &apos;%1&apos;: nicht genügend Speicher.</translation>
+    </message>
+    <message>
+        <source>generating</source>
+        <translation>erzeugen</translation>
+    </message>
+    <message>
+        <source>Generate map failed: missing image parameters</source>
+        <translation>Karte erzeugen fehlgeschlagen: Bildparameter fehlen</translation>
+    </message>
+    <message>
+        <source>The map holds the first %1 of %2 flagged pixels (the camera&apos;s maximum).</source>
+        <translation>Die Karte enthält die ersten %1 von %2 markierten Pixeln (das Maximum der Kamera).</translation>
+    </message>
+    <message>
+        <source>The resulting number of defect pixels: %1; the maximum allowed is: %2.</source>
+        <translation>Resultierende Anzahl Defektpixel: %1; höchstens erlaubt sind: %2.</translation>
+    </message>
+    <message>
+        <source>saving</source>
+        <translation>speichern</translation>
+    </message>
+    <message>
+        <source>The folder &apos;%1&apos; cannot be created.</source>
+        <translation>Der Ordner &apos;%1&apos; kann nicht angelegt werden.</translation>
+    </message>
+    <message>
+        <source>Save to file failed!</source>
+        <translation>Speichern in Datei fehlgeschlagen!</translation>
+    </message>
+    <message>
+        <source>The camera has no map slot &apos;%1&apos; (it offers %2).</source>
+        <translation>Die Kamera hat keinen Kartenplatz &apos;%1&apos; (sie bietet %2).</translation>
+    </message>
+    <message>
+        <source>The map slot &apos;%1&apos; is write-protected (factory map).</source>
+        <translation>Der Kartenplatz &apos;%1&apos; ist schreibgeschützt (Werkskarte).</translation>
+    </message>
+    <message>
+        <source>Not uploaded: confirm with --yes that the map overwrites the selected map &apos;%1&apos;.</source>
+        <translation>Nicht hochgeladen: bestätigen Sie mit --yes, dass die Karte die gewählte Karte &apos;%1&apos; überschreibt.</translation>
+    </message>
+    <message>
+        <source>Stop streaming before uploading map to camera.</source>
+        <translation>Beenden Sie den Bildeinzug, bevor Sie eine Karte in die Kamera laden.</translation>
+    </message>
+    <message>
+        <source>Upload failed: empty map</source>
+        <translation>Hochladen fehlgeschlagen: leere Karte</translation>
+    </message>
+    <message>
+        <source>uploading</source>
+        <translation>hochladen</translation>
+    </message>
+    <message>
+        <source>verifying</source>
+        <translation>prüfen</translation>
+    </message>
+    <message>
+        <source>The slot &apos;%1&apos; holds %2 entries, %3 expected; they first differ at entry %4.</source>
+        <translation>Der Platz &apos;%1&apos; enthält %2 Einträge, erwartet %3; sie unterscheiden sich zuerst bei Eintrag %4.</translation>
+    </message>
+</context>
+<context>
+    <name>BatchRun</name>
+    <message>
+        <source>No camera has the ID or serial number &apos;%1&apos;.</source>
+        <translation>Keine Kamera hat die ID oder Seriennummer &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>No camera model matches &apos;%1&apos;.</source>
+        <translation>Kein Kameramodell passt zu &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>No compatible camera was found.</source>
+        <translation>Keine kompatible Kamera gefunden.</translation>
+    </message>
+    <message>
+        <source>full access</source>
+        <translation>voller Zugriff</translation>
+    </message>
+    <message>
+        <source>busy</source>
+        <translation>belegt</translation>
+    </message>
+    <message>
+        <source>compatible</source>
+        <translation>kompatibel</translation>
+    </message>
+    <message>
+        <source>not compatible</source>
+        <translation>nicht kompatibel</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n camera(s) found.</source>
+        <translation><numerusform>%n Kamera gefunden.</numerusform><numerusform>%n Kameras gefunden.</numerusform></translation>
+    </message>
+    <message>
+        <source>The camera is busy: another application holds it (no full access).</source>
+        <translation>Die Kamera ist belegt: eine andere Anwendung hält sie (kein voller Zugriff).</translation>
+    </message>
+    <message>
+        <source>The camera cannot be opened (busy or gone).</source>
+        <translation>Die Kamera kann nicht geöffnet werden (belegt oder fort).</translation>
+    </message>
+    <message>
+        <source>The report cannot be written to &apos;%1&apos;.</source>
+        <translation>Der Bericht kann nicht nach &apos;%1&apos; geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>%1 of %2 cameras succeeded.</source>
+        <translation>%1 von %2 Kameras erfolgreich.</translation>
+    </message>
+    <message>
+        <source>The camera SDK did not start: %1</source>
+        <translation>Das Kamera-SDK startete nicht: %1</translation>
+    </message>
+</context>
+<context>
     <name>CameraDiscoveryWidget</name>
     <message>
         <source>Compatible only</source>
@@ -291,6 +624,73 @@
     <message>
         <source>Not enough memory for the series.</source>
         <translation>Nicht genug Speicher für die Serie.</translation>
+    </message>
+</context>
+<context>
+    <name>CameraMapSlots</name>
+    <message>
+        <source>The camera offers no defect pixel map slot.</source>
+        <translation>Die Kamera bietet keinen Kartenplatz für Defektpixel.</translation>
+    </message>
+    <message>
+        <source>The map slot &apos;%1&apos; is write-protected (factory map).</source>
+        <translation>Der Kartenplatz &apos;%1&apos; ist schreibgeschützt (Werkskarte).</translation>
+    </message>
+    <message>
+        <source>The map container could not be built.</source>
+        <translation>Der Kartencontainer konnte nicht erstellt werden.</translation>
+    </message>
+    <message>
+        <source>The transfer into &apos;%1&apos; failed.</source>
+        <translation>Die Übertragung nach &apos;%1&apos; ist fehlgeschlagen.</translation>
+    </message>
+    <message>
+        <source>Only %1 of %2 bytes reached &apos;%3&apos;.</source>
+        <translation>Nur %1 von %2 Bytes erreichten &apos;%3&apos;.</translation>
+    </message>
+    <message>
+        <source>The map slot &apos;%1&apos; cannot be selected.</source>
+        <translation>Der Kartenplatz &apos;%1&apos; kann nicht gewählt werden.</translation>
+    </message>
+    <message>
+        <source>Upload failed: upload to factory map is protected!</source>
+        <translation>Hochladen fehlgeschlagen: Hochladen in die Werkskarte ist gesperrt!</translation>
+    </message>
+    <message>
+        <source>Upload failed: empty map</source>
+        <translation>Hochladen fehlgeschlagen: leere Karte</translation>
+    </message>
+    <message>
+        <source>Clear map failed (protected map)</source>
+        <translation>Löschen der Karte fehlgeschlagen (geschützte Karte)</translation>
+    </message>
+    <message>
+        <source>Writing the map registers failed.</source>
+        <translation>Schreiben der Kartenregister fehlgeschlagen.</translation>
+    </message>
+    <message>
+        <source>The camera did not take the whole map.</source>
+        <translation>Die Kamera hat nicht die ganze Karte übernommen.</translation>
+    </message>
+    <message>
+        <source>The map size of &apos;%1&apos; cannot be read.</source>
+        <translation>Die Kartengröße von &apos;%1&apos; kann nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>Reading the map registers failed.</source>
+        <translation>Lesen der Kartenregister fehlgeschlagen.</translation>
+    </message>
+    <message>
+        <source>The map slot &apos;%1&apos; cannot be read.</source>
+        <translation>Der Kartenplatz &apos;%1&apos; kann nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>The download of &apos;%1&apos; failed.</source>
+        <translation>Das Herunterladen von &apos;%1&apos; ist fehlgeschlagen.</translation>
+    </message>
+    <message>
+        <source>The map read back from &apos;%1&apos; is not a valid container.</source>
+        <translation>Die aus &apos;%1&apos; zurückgelesene Karte ist kein gültiger Container.</translation>
     </message>
 </context>
 <context>
