@@ -31,6 +31,22 @@ bool sameMaps(const std::vector<SimMapEntry>& a, const std::vector<SimMapEntry>&
            });
 }
 
+// The program line of a built tool, through the emulator in a cross build.
+QStringList toolLine(const QString& program, const QStringList& arguments)
+{
+#ifdef DPC_TOOL_EMULATOR
+    return QStringList{DPC_TOOL_EMULATOR, program} + arguments;
+#else
+    return QStringList{program} + arguments;
+#endif
+}
+
+bool runTool(const QStringList& line)
+{
+    ChildProcess process;
+    return process.start(line.first(), line.mid(1)) && process.waitForFinished(60000) && process.exitCode() == 0;
+}
+
 QByteArray fileBytes(const QString& path)
 {
     QFile file(path);
@@ -60,7 +76,7 @@ private slots:
     void executableListsTheFakeGigECamera();
 
 private:
-    int runTool(const QStringList& arguments, QJsonObject& report);
+    int runBatch(const QStringList& arguments, QJsonObject& report);
     QString dark(const QString& serial) const { return m_dir.filePath(serial + "/dark_*.bmp"); }
 
     Session m_session;
@@ -73,11 +89,8 @@ void TestBatchTool::initTestCase()
     QVERIFY(m_dir.isValid());
     qputenv("ZEB_SIM_CAMERAS", "default");
     for (const QString& serial : kCameras) {
-        ChildProcess capture;
-        QVERIFY(capture.start(ZEB_SIM_CAPTURE, {"--camera", serial, "--dark", "3", "--bright", "3", "--out",
-                                               m_dir.filePath(serial)}));
-        QVERIFY(capture.waitForFinished(60000));
-        QCOMPARE(capture.exitCode(), 0);
+        QVERIFY(runTool(toolLine(ZEB_SIM_CAPTURE, {"--camera", serial, "--dark", "3", "--bright", "3", "--out",
+                                                   m_dir.filePath(serial)})));
     }
     if (!m_session.start())
         QSKIP("the simulated cameras are not available");
@@ -88,7 +101,7 @@ void TestBatchTool::cleanupTestCase()
     m_session.stop();
 }
 
-int TestBatchTool::runTool(const QStringList& arguments, QJsonObject& report)
+int TestBatchTool::runBatch(const QStringList& arguments, QJsonObject& report)
 {
     BatchOptions options;
     QString message;
@@ -109,7 +122,7 @@ void TestBatchTool::mapsMatchTheAssistantAndVerify()
 {
     QJsonObject report;
     const QString saved = m_dir.filePath("maps");
-    QCOMPARE(runTool({"-c", kMonoFile, "-c", kColourFile, "-c", kRegisterMono, "--dark",
+    QCOMPARE(runBatch({"-c", kMonoFile, "-c", kColourFile, "-c", kRegisterMono, "--dark",
                       m_dir.filePath("{serial}/dark_*.bmp"), "--bright", m_dir.filePath("{serial}/bright_*.bmp"),
                       "--slot", "DefPixMap1", "--yes", "--save", saved, "-j", "3"},
                      report),
@@ -156,7 +169,7 @@ void TestBatchTool::uploadFaultFailsOneCameraAlone()
                                              ZebCPP::ZebErrorTimeout),
              ZebCPP::ZebErrorSuccess);
     QJsonObject report;
-    QCOMPARE(runTool({"-c", kMonoFile, "-c", kRegisterMono, "--dark", m_dir.filePath("{serial}/dark_*.bmp"),
+    QCOMPARE(runBatch({"-c", kMonoFile, "-c", kRegisterMono, "--dark", m_dir.filePath("{serial}/dark_*.bmp"),
                       "--slot", "DefPixMap2", "--yes"},
                      report),
              1);
@@ -177,7 +190,7 @@ void TestBatchTool::dryRunAndBadInputsLeaveSlotsUnchanged()
     for (const QString& serial : kCameras)
         before.push_back(stored(serial, 3));
     QJsonObject report;
-    QCOMPARE(runTool({"--all", "--dark", m_dir.filePath("{serial}/dark_*.bmp"), "--slot", "DefPixMap3", "--yes",
+    QCOMPARE(runBatch({"--all", "--dark", m_dir.filePath("{serial}/dark_*.bmp"), "--slot", "DefPixMap3", "--yes",
                       "--dry-run"},
                      report),
              1);
@@ -189,18 +202,18 @@ void TestBatchTool::dryRunAndBadInputsLeaveSlotsUnchanged()
     QVERIFY(QDir().mkpath(m_dir.filePath("broken")) && broken.open(QIODevice::WriteOnly));
     broken.write("BM not really a bitmap");
     broken.close();
-    QCOMPARE(runTool({"-c", kMonoFile, "-c", "NOSUCHCAMERA", "--dark", m_dir.filePath("broken"), "--slot",
+    QCOMPARE(runBatch({"-c", kMonoFile, "-c", "NOSUCHCAMERA", "--dark", m_dir.filePath("broken"), "--slot",
                       "DefPixMap3", "--yes"},
                      report),
              1);
     QVERIFY(entryOf(report, kMonoFile).value("errors").toArray().first().toString().startsWith("Loading image"));
     QCOMPARE(report.value("failed").toInt(), 2);
-    QCOMPARE(runTool({"-c", kColourFile, "--dark", m_dir.filePath("missing"), "--slot", "DefPixMap2"}, report), 1);
-    QCOMPARE(runTool({"-c", kRegisterMono, "--dark", dark(kRegisterMono), "--slot", "DefPixMap2"}, report), 1);
+    QCOMPARE(runBatch({"-c", kColourFile, "--dark", m_dir.filePath("missing"), "--slot", "DefPixMap2"}, report), 1);
+    QCOMPARE(runBatch({"-c", kRegisterMono, "--dark", dark(kRegisterMono), "--slot", "DefPixMap2"}, report), 1);
     QVERIFY(entryOf(report, kRegisterMono).value("errors").toArray().first().toString().contains("--yes"));
     for (int i = 0; i < kCameras.size(); ++i)
         QVERIFY(sameMaps(before[size_t(i)], stored(kCameras[i], 3)));
-    QCOMPARE(runTool({"--slot", "DefPixMap1"}, report), -102);
+    QCOMPARE(runBatch({"--slot", "DefPixMap1"}, report), -102);
 }
 
 void TestBatchTool::executableListsTheFakeGigECamera()
@@ -210,10 +223,8 @@ void TestBatchTool::executableListsTheFakeGigECamera()
     if (!why.isEmpty())
         QSKIP(qPrintable(why));
     const QString listing = m_dir.filePath("list.txt");
-    ChildProcess tool;
-    QVERIFY(tool.start("/bin/sh", {"-c", QString("'%1' --list > '%2'").arg(DPC_BATCH, listing)}));
-    QVERIFY(tool.waitForFinished(30000));
-    QCOMPARE(tool.exitCode(), 0);
+    const QString list = "'" + toolLine(DPC_BATCH, {"--list"}).join("' '") + "'";
+    QVERIFY(runTool({"/bin/sh", "-c", list + " > '" + listing + "'"}));
     QVERIFY2(fileBytes(listing).contains(FakeGv::kExtendedId), fileBytes(listing).constData());
     qputenv("ZEB_SIM_CAMERAS", "default");
 }
