@@ -233,14 +233,15 @@ int BatchRun::run(const BatchOptions& options, QTextStream& out, QTextStream& er
     context.mapSlots = [](UxCamera& camera) { return std::unique_ptr<BatchMapSlots>(new CameraMapSlots(camera)); };
 
     ProgressDisplay progress(err, selected.size(), options.quiet);
-    QVector<BatchCameraResult> done(selected.size());
+    std::vector<BatchCameraResult> done(size_t(selected.size())); // one element per worker's camera
     std::atomic<int> next{0};
     auto worker = [&] {
         for (int i = next++; i < selected.size(); i = next++) {
             const QString name = shortName(selected[i]);
             BatchJob job(context, selected[i]);
-            done[i] = job.run([&](const QString& step, bool detail) { progress.step(name, step, detail); });
-            progress.finished(name, done[i].summary(), out);
+            BatchCameraResult& result = done[size_t(i)];
+            result = job.run([&](const QString& step, bool detail) { progress.step(name, step, detail); });
+            progress.finished(name, result.summary(), out);
         }
     };
     std::vector<std::thread> workers;
@@ -249,7 +250,7 @@ int BatchRun::run(const BatchOptions& options, QTextStream& out, QTextStream& er
         workers.emplace_back(worker);
     for (std::thread& thread : workers)
         thread.join();
-    results += done;
+    results += QVector<BatchCameraResult>(done.begin(), done.end());
 
     QJsonArray cameras;
     int succeeded = 0;
