@@ -26,12 +26,18 @@ bool parseField(const QStringRef& text, uint32_t& value)
     return true;
 }
 
+bool isBlankOrComment(const QString& line)
+{
+    const QStringRef trimmed = QStringRef(&line).trimmed();
+    return trimmed.isEmpty() || trimmed.startsWith(QLatin1Char('#'));
+}
+
 // False for a line that gives no entry.
 bool parseLine(const QString& line, t_defpix& entry)
 {
-    const QStringRef trimmed = QStringRef(&line).trimmed();
-    if (trimmed.isEmpty() || trimmed.startsWith(QLatin1Char('#')))
+    if (isBlankOrComment(line))
         return false;
+    const QStringRef trimmed = QStringRef(&line).trimmed();
     const QVector<QStringRef> parts = trimmed.split(QLatin1Char(';'));
     return parts.size() == kFieldsPerLine && parseField(parts[0], entry.x) && parseField(parts[1], entry.y)
            && parseField(parts[2], entry.type);
@@ -59,6 +65,12 @@ QByteArray defectMapToText(const t_defpix* map, unsigned int count)
 
 bool readDefectMapText(QIODevice& device, DefectMapWriter& writer)
 {
+    DefectMapTextStats stats;
+    return readDefectMapText(device, writer, stats);
+}
+
+bool readDefectMapText(QIODevice& device, DefectMapWriter& writer, DefectMapTextStats& stats)
+{
     QTextStream stream(&device);
     QString line;
     bool insideLongLine = false;
@@ -66,8 +78,13 @@ bool readDefectMapText(QIODevice& device, DefectMapWriter& writer)
         // A piece shorter than the limit stopped at the end of its line.
         const bool endsLine = line.size() <= kMaxLineLength;
         t_defpix entry;
-        if (!insideLongLine && endsLine && parseLine(line, entry))
-            writer.add(entry.x, entry.y, entry.type);
+        if (!insideLongLine && endsLine && parseLine(line, entry)) {
+            ++stats.entryLines;
+            if (!writer.add(entry.x, entry.y, entry.type))
+                ++stats.dropped;
+        } else if (!insideLongLine && !(endsLine && isBlankOrComment(line))) {
+            ++stats.skippedLines; // a long line counts once, at its first piece
+        }
         insideLongLine = !endsLine;
     }
     return stream.status() == QTextStream::Ok && stream.atEnd();

@@ -19,3 +19,12 @@ QByteArray defectMapToText(const t_defpix* map, unsigned int count);
 // become their unsigned 32-bit value (a hand-written -1 reads as 4294967295).
 // True when the device was read to its end.
 bool readDefectMapText(QIODevice& device, DefectMapWriter& writer);
+
+// What a read made of the lines, for telling the user before a map is used.
+struct DefectMapTextStats {
+    unsigned int entryLines = 0;   // lines that gave an entry (duplicates included)
+    unsigned int skippedLines = 0; // malformed lines (blank and "#" lines are not counted)
+    unsigned int dropped = 0;      // entries that did not fit the capacity
+};
+
+bool readDefectMapText(QIODevice& device, DefectMapWriter& writer, DefectMapTextStats& stats);
