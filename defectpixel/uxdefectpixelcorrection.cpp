@@ -56,11 +56,18 @@ UXCDefectPixelCorrection::UXCDefectPixelCorrection(QWidget* parent)
             &UXCDefectPixelCorrection::releaseAfterUntrackedTask);
     connect(ui->cmbDefectPixelMapSelector, QOverload<int>::of(&QComboBox::activated), this,
             &UXCDefectPixelCorrection::enableButtons);
+    setupFeedback();
 }
 
 UXCDefectPixelCorrection::~UXCDefectPixelCorrection()
 {
     Reset();
+}
+
+void UXCDefectPixelCorrection::focusFirstAction()
+{
+    ui->tabWidget->setCurrentIndex(0);
+    ui->btnAddDarkImage->setFocus(Qt::OtherFocusReason);
 }
 
 void UXCDefectPixelCorrection::setDialogs(UXCDialogs* dialogs)
@@ -111,6 +118,9 @@ bool UXCDefectPixelCorrection::Init(UxCamera* camera)
     if (ui->cmbDefectPixelMapSelector->count() == 0)
         return false;
     ui->txtDefectPixelCount->clear();
+    setMapStale(false);
+    showMapNote(QString());
+    updateSlotHints();
     enableButtons();
     initTranferProgress();
     return true;
@@ -198,6 +208,8 @@ void UXCDefectPixelCorrection::Reset()
     m_map = nullptr;
     m_defectCount = 0;
     ui->txtDefectPixelCount->clear();
+    setMapStale(false);
+    showMapNote(QString());
     m_chunkId = kDefaultChunkId;
     m_maxMapSize = kDefaultMaxMapSize;
     m_geometry = ImageGeometry();
@@ -272,8 +284,13 @@ void UXCDefectPixelCorrection::deleteImages(int kind)
     DefectPixelParams& params = bright ? m_brightParams : m_darkParams;
     const DefectPixelParams& other = bright ? m_darkParams : m_brightParams;
 
+    const int before = list->count();
     _deleteSelectedFiles(kind);
     deleteButton->setEnabled(!list->selectedItems().isEmpty());
+    if (list->count() != before) {
+        setMapStale(true);
+        report(tr("%n image(s) removed.", nullptr, before - list->count()), LogInfo);
+    }
     if (params.count != 0)
         return;
     params.clear();
@@ -320,6 +337,8 @@ void UXCDefectPixelCorrection::on_txtAbsoluteThreshold_editingFinished()
 {
     const ThresholdInput input = acceptThresholdText(ui->txtAbsoluteThreshold->text(),
                                                      m_darkParams.absoluteThreshold, kAbsoluteThresholdLimit);
+    if (m_darkParams.absoluteThreshold != input.value)
+        setMapStale(true);
     m_darkParams.absoluteThreshold = input.value;
     if (ui->txtAbsoluteThreshold->text() != input.text)
         ui->txtAbsoluteThreshold->setText(input.text);
@@ -329,6 +348,8 @@ void UXCDefectPixelCorrection::on_txtRelativeThreshold_editingFinished()
 {
     const ThresholdInput input = acceptThresholdText(ui->txtRelativeThreshold->text(),
                                                      m_brightParams.relativeThreshold, kRelativeThresholdLimit);
+    if (m_brightParams.relativeThreshold != input.value)
+        setMapStale(true);
     m_brightParams.relativeThreshold = input.value;
     if (ui->txtRelativeThreshold->text() != input.text)
         ui->txtRelativeThreshold->setText(input.text);
@@ -421,12 +442,16 @@ void UXCDefectPixelCorrection::on_btnGenerateMap_clicked()
     ui->btnSaveMapToFile->setEnabled(false);
     ui->btnUploadMapToCam->setEnabled(false);
     ui->txtDefectPixelCount->clear();
+    setMapStale(false);
+    const auto flaggedBefore = qulonglong(m_darkParams.defectCount) + m_brightParams.defectCount;
 
     const bool generated = m_isColor ? create_defpix_map_color() : create_defpix_map();
     if (!generated) {
         QApplication::restoreOverrideCursor();
+        report(tr("Generate map failed: missing image parameters."), LogError);
         return;
     }
+    const auto flagged = unsigned(qulonglong(m_darkParams.defectCount) + m_brightParams.defectCount - flaggedBefore);
     if (!m_registerMode)
         m_chunkId = ui->cmbDefectPixelMapSelector->currentData(kRoleChunkId).toInt();
     if (typedMap())
@@ -442,11 +467,13 @@ void UXCDefectPixelCorrection::on_btnGenerateMap_clicked()
                 .arg(m_defectCount)
                 .arg(m_maxMapSize),
             LogError);
+        report(text, LogError);
         return;
     }
     log(tr("Map successfully generated."), LogInfo);
     ui->btnSaveMapToFile->setEnabled(true);
     ui->txtDefectPixelCount->setText(QString::number(m_defectCount));
+    noteGeneratedMap(flagged);
     enableButtons();
     QApplication::restoreOverrideCursor();
 }

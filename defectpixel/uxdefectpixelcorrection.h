@@ -17,7 +17,9 @@
 #include <memory>
 #include <vector>
 
+class QLabel;
 class QListWidgetItem;
+struct LocalMapCheck;
 class QProgressDialog;
 class QSettings;
 class UXCDialogs;
@@ -50,6 +52,8 @@ public:
 
     // Not owned; null brings back the standard dialogs.
     void setDialogs(UXCDialogs* dialogs);
+    // Puts the keyboard on the first thing a user does with a freshly opened camera.
+    void focusFirstAction();
 
     // Image series.
     bool loadImagefromFile(const QString& path, int kind);
@@ -72,6 +76,7 @@ public:
                                                           unsigned int imagePixelCount) const;
     bool SaveMap(t_defpix* map, unsigned int count);
     bool LoadMap(t_defpix* map, unsigned int& count);
+    bool loadMapFile(const QString& fileName, t_defpix* map, unsigned int& count);
 
     // Map quantities of the camera: registers in register mode, features otherwise.
     bool isParamlocked();
@@ -108,6 +113,7 @@ public:
     int chunkId() const { return m_chunkId; }
     bool isBigEndian() const { return m_bigEndian; }
     bool isFileTaskRunning() const { return m_fileTask.isRunning(); }
+    bool isMapStale() const { return m_mapStale; }
 
 public slots:
     void progressBar_valueChanged(long remaining, QString fileName, QString fileOperation);
@@ -116,6 +122,8 @@ signals:
     void sendLogMessage(const QString& message, LogType type);
     void cameraCloseRequested();
     void actionViewerUpdateProcessBar(bool visible, int value);
+    // The outcome of a user's action, in one line for the window's status bar.
+    void actionOutcome(const QString& text, LogType type);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -151,6 +159,20 @@ private:
     void log(const QString& message, LogType type);
     UXCDialogs& dialogs() const;
 
+    // Feedback beside the log lines (uxdefectpixelcorrection_feedback.cpp).
+    void setupFeedback();
+    void report(const QString& text, LogType type);
+    void showMapNote(const QString& text);
+    void setMapStale(bool stale);
+    bool confirmStaleUpload();
+    void noteGeneratedMap(unsigned int flagged);
+    bool isFactorySlotSelected() const;
+    void updateSlotHints();
+    bool refuseFactorySlot(const QString& title, const QString& failedLine);
+    bool sensorSize(unsigned int& width, unsigned int& height) const;
+    bool confirmLocalMap(const LocalMapCheck& check, const QString& fileName, const QString& slot,
+                         unsigned int width, unsigned int height);
+
     std::unique_ptr<Ui::UXCDefectPixelCorrection> ui;
     UxCamera* m_camera = nullptr;
     UxCameraFeature* m_features = nullptr;
@@ -180,4 +202,8 @@ private:
     UXCDialogs* m_dialogs = nullptr;
     bool m_finishFileTaskConnected = false;
     bool m_fileTaskUnreported = false; // a transfer was started; nobody has looked at its end yet
+    bool m_mapStale = false;       // inputs changed after the shown map was generated
+    QLabel* m_mapNote = nullptr;   // out-of-date or cut-short note beside the count
+    QString m_savedFile;           // file the last save wrote, empty when cancelled
+    std::function<QString()> m_transferSuccess; // status line of the running file task when it succeeds
 };

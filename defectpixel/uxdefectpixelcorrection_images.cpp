@@ -117,6 +117,7 @@ void UXCDefectPixelCorrection::_addSelectedFiles(int kind)
     QElapsedTimer sinceShown;
     sinceShown.start();
     QVector<Refusal> refusals;
+    int added = 0;
     ImageFileQueue queue(toLoad);
     for (int i = 0; i < toLoad.size(); ++i) {
         progress.setValue(i);
@@ -130,6 +131,7 @@ void UXCDefectPixelCorrection::_addSelectedFiles(int kind)
         const SeriesChange change = addImageToSeries(file.image, kind, m_geometry, params, mean);
         if (change == SeriesChange::Accepted) {
             list->addItem(file.path);
+            ++added;
             meanShown = false;
             if (sinceShown.elapsed() >= kMeanShowIntervalMs) {
                 display->setImage(mean);
@@ -149,6 +151,14 @@ void UXCDefectPixelCorrection::_addSelectedFiles(int kind)
         display->setImage(mean);
     progress.setValue(toLoad.size());
     progress.close();
+    if (added > 0) {
+        setMapStale(true);
+        report(kind == BrightSeries ? tr("%n bright image(s) added.", nullptr, added)
+                                    : tr("%n dark image(s) added.", nullptr, added),
+               LogInfo);
+    } else if (!paths.isEmpty()) {
+        report(tr("No image added."), LogWarning);
+    }
 
     if (!refusals.isEmpty() && m_resets == resets) {
         bool critical = false;

@@ -2,6 +2,7 @@
 #include "ui_uxdefectpixelcorrection.h"
 
 #include "defectmapfile.h"
+#include "localmapcheck.h"
 #include "maptransfer.h"
 #include "uxcamera.h"
 #include "uxcamerafeature.h"
@@ -12,6 +13,9 @@
 #include <QFileInfo>
 #include <QProgressDialog>
 #include <QtConcurrent>
+
+#include <climits>
+#include <utility>
 
 namespace {
 
@@ -334,6 +338,7 @@ bool UXCDefectPixelCorrection::SaveMap(t_defpix* map, unsigned int count)
     state.count = m_defectCount;
     state.imageWidth = m_geometry.width;
     state.imagePixelCount = m_geometry.pixelCount;
+    m_savedFile = name.isEmpty() ? QString() : defectMapFileName(name, m_registerMode);
     return saveDefectMapFile(name, map, count, state, m_mapDir);
 }
 
@@ -343,7 +348,12 @@ bool UXCDefectPixelCorrection::LoadMap(t_defpix* map, unsigned int& count)
         return false;
     m_mapDir = settingsMapDir();
     const QString name = dialogs().getOpenFileName(this, tr("Import Map"), m_mapDir, tr("Text (*.txt)"));
-    if (name.isEmpty())
+    return loadMapFile(name, map, count);
+}
+
+bool UXCDefectPixelCorrection::loadMapFile(const QString& name, t_defpix* map, unsigned int& count)
+{
+    if (!map || name.isEmpty())
         return false;
     return loadDefectMapFile(name, map, m_maxMapSize, count, static_cast<unsigned int>(m_revision),
                              static_cast<ge3_chunk_id_t>(m_chunkId), m_patterns, m_mapDir);
@@ -351,8 +361,12 @@ bool UXCDefectPixelCorrection::LoadMap(t_defpix* map, unsigned int& count)
 
 void UXCDefectPixelCorrection::on_btnSaveMapToFile_clicked()
 {
-    if (!SaveMap(m_map, m_defectCount))
+    if (!SaveMap(m_map, m_defectCount)) {
         dialogs().critical(this, tr("Save Map"), tr("Save to file failed!"));
+        report(tr("Saving the map failed."), LogError);
+    } else if (!m_savedFile.isEmpty()) {
+        report(tr("Map of %n entry(s) saved to %1.", nullptr, int(m_defectCount)).arg(m_savedFile), LogInfo);
+    }
 }
 
 // Transfer buttons
@@ -377,17 +391,22 @@ void UXCDefectPixelCorrection::on_btnUploadMapToCam_clicked()
         log(tr("Upload failed: empty map!"), LogError);
         return;
     }
+    if (refuseFactorySlot(title, tr("Upload Map %1.").arg(tr(" failed"))) || !confirmStaleUpload())
+        return;
     const QString name = ui->cmbDefectPixelMapSelector->currentText();
     const QString question = tr("The uploaded map would overwrite the selected map '%1'.\nStart upload?").arg(name);
     if (dialogs().question(this, title, question, QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes)
         return;
+    const QString success = tr("Uploaded %n entry(s) to %1.", nullptr, int(m_defectCount)).arg(name);
 
     if (m_registerMode) {
         selectMapByName(name);
         const bool uploaded = uploadMap_RegisterAccess(m_map, m_defectCount);
         log(tr("Upload Map %1.").arg(uploaded ? tr(" succeeded") : tr(" failed")), uploaded ? LogInfo : LogError);
+        report(uploaded ? success : tr("Upload to %1 failed.").arg(name), uploaded ? LogInfo : LogError);
         return;
     }
+    m_transferSuccess = [success] { return success; };
     std::vector<unsigned char> container =
         buildDefPixContainerBuffer(static_cast<unsigned int>(m_revision), static_cast<ge3_chunk_id_t>(m_chunkId),
                                    m_defectCount, m_map, m_geometry.width, m_geometry.pixelCount);
@@ -408,6 +427,8 @@ void UXCDefectPixelCorrection::on_btnUploadMapToCam_clicked()
 void UXCDefectPixelCorrection::on_btnUploadLocalMap_clicked()
 {
     const QString title = tr("Upload Local Map");
+    if (refuseFactorySlot(title, tr("Upload Local Map %1.").arg(tr(" failed"))))
+        return;
     const QString name = ui->cmbDefectPixelMapSelector->currentText();
     const QString question =
         tr("The uploaded map would overwrite the selected map '%1'.\nDo you want to proceed?").arg(name);
@@ -417,8 +438,19 @@ void UXCDefectPixelCorrection::on_btnUploadLocalMap_clicked()
     if (m_registerMode) {
         std::vector<t_defpix> map(m_maxMapSize);
         unsigned int count = 0;
-        if (!LoadMap(map.data(), count)) {
+        m_mapDir = settingsMapDir();
+        const QString file = dialogs().getOpenFileName(this, tr("Import Map"), m_mapDir, tr("Text (*.txt)"));
+        unsigned int width = 0;
+        unsigned int height = 0;
+        sensorSize(width, height);
+        // The file is judged before the map is loaded: nothing reaches the slot unseen.
+        if (!file.isEmpty()
+            && !confirmLocalMap(checkLocalTextMap(file, width, height, m_maxMapSize), file, name, width, height))
+            return;
+        if (file.isEmpty() || !loadMapFile(file, map.data(), count)) {
             log(tr("Upload Map: loading local map failed!"), LogError);
+            if (!file.isEmpty())
+                report(tr("Loading %1 failed.").arg(file), LogError);
             return;
         }
         selectMapByName(name);
@@ -426,12 +458,23 @@ void UXCDefectPixelCorrection::on_btnUploadLocalMap_clicked()
             upload_defpix_map_genicam(map.data(), count) || uploadMap_RegisterAccess(map.data(), count);
         log(tr("Upload Local Map %1.").arg(uploaded ? tr(" succeeded") : tr(" failed")),
             uploaded ? LogInfo : LogError);
+        report(uploaded ? tr("Uploaded %n entry(s) to %1.", nullptr, int(count)).arg(name)
+                        : tr("Upload to %1 failed.").arg(name),
+               uploaded ? LogInfo : LogError);
         return;
     }
     const QString dir = settingsMapDir();
     const QString path = dialogs().getOpenFileName(this, title, dir, tr("Bin (*.bin)"));
     if (path.isEmpty())
         return;
+    unsigned int width = 0;
+    unsigned int height = 0;
+    sensorSize(width, height);
+    const LocalMapCheck check = checkLocalContainerMap(path, static_cast<unsigned int>(m_revision), width, height);
+    if (!confirmLocalMap(check, path, name, width, height))
+        return;
+    const QString success = tr("Uploaded %n entry(s) to %1.", nullptr, int(check.entries.size())).arg(name);
+    m_transferSuccess = [success] { return success; };
     UxCamera* camera = m_camera;
     startFileTask(tr("Upload Local File"), [this, camera, path, name] {
         const QByteArray file = name.toUtf8();
@@ -460,6 +503,10 @@ void UXCDefectPixelCorrection::on_btnDownloadMapToFile_clicked()
         const bool downloaded = Gen_download_defpix_map(map.data(), count) && SaveMap(map.data(), count);
         log(tr("Download device file %1.").arg(downloaded ? tr(" succeeded") : tr(" failed")),
             downloaded ? LogInfo : LogError);
+        if (!downloaded)
+            report(tr("Download from %1 failed.").arg(name), LogError);
+        else if (!m_savedFile.isEmpty())
+            report(tr("Downloaded %n entry(s) from %1 to %2.", nullptr, int(count)).arg(name, m_savedFile), LogInfo);
         return;
     }
     QString path = dialogs().getSaveFileName(this, tr("Download File As"), settingsMapDir(), tr("Bin (*.bin)"));
@@ -467,6 +514,11 @@ void UXCDefectPixelCorrection::on_btnDownloadMapToFile_clicked()
         return;
     if (!path.endsWith(".bin", Qt::CaseInsensitive))
         path += ".bin";
+    const unsigned int revision = static_cast<unsigned int>(m_revision);
+    m_transferSuccess = [path, name, revision] {
+        const LocalMapCheck got = checkLocalContainerMap(path, revision, UINT_MAX, UINT_MAX);
+        return tr("Downloaded %n entry(s) from %1 to %2.", nullptr, int(got.entries.size())).arg(name, path);
+    };
     UxCamera* camera = m_camera;
     startFileTask(tr("Download"), [this, camera, path, name] {
         const QByteArray file = name.toUtf8();
@@ -506,9 +558,12 @@ void UXCDefectPixelCorrection::finishFileTask()
     m_fileTaskUnreported = false;
     const QString transfer = m_fileTaskWatcher.objectName();
     const QString title = tr("File Access");
+    const auto success = std::exchange(m_transferSuccess, nullptr);
     if (!m_fileTaskWatcher.isCanceled() && m_fileTaskWatcher.result()) {
+        report(success ? success() : tr("%1 done.").arg(transfer), LogInfo);
         dialogs().information(this, title, tr("%1 task has been successfully done.").arg(transfer));
     } else {
+        report(tr("%1 failed.").arg(transfer), LogError);
         dialogs().critical(this, title, tr("%1 Error occurs during File Access.").arg(transfer));
         closeDeviceFile();
     }
