@@ -3,14 +3,19 @@
 #include "CameraDiscoveryWidget.h"
 #include "uxcamera.h"
 #include "uxcameramanager.h"
+#include "windowlayout.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QCloseEvent>
 #include <QColor>
 #include <QDockWidget>
 #include <QListWidget>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QStatusBar>
+
+#include <algorithm>
 #include <QVBoxLayout>
 
 // The icon lives in a static library, whose resources must be pulled in by name.
@@ -22,6 +27,7 @@ static void initResources()
 namespace {
 
 constexpr int kDockMargin = 5;
+constexpr int kLogLines = 5;
 
 // The window's own wait cursor for the duration of a camera call.
 class WindowWaitCursor {
@@ -47,6 +53,8 @@ BasicMainWindow::BasicMainWindow(QWidget* parent)
     createCameraListDock();
     createLogDock();
     setMinimumSize(600, 600);
+    statusBar()->setObjectName(QStringLiteral("statusBar"));
+    restoreWindowLayout(*this, *m_logDock);
 }
 
 BasicMainWindow::~BasicMainWindow() = default;
@@ -70,7 +78,12 @@ void BasicMainWindow::createCameraListDock()
     connect(m_discovery, &CameraDiscoveryWidget::CameraClosed, this, &BasicMainWindow::OnCameraCloseRequested);
     connect(m_discovery, &CameraDiscoveryWidget::CameraRemoved, this, &BasicMainWindow::OnCameraDisconnected);
     connect(m_discovery, &CameraDiscoveryWidget::ApiError, this,
-            [this](const QString& message) { OnLogMessage(message, LogError); });
+            [this](const QString& message) {
+                // A camera unplugged while open can no longer be found or asked: expected, not a failure.
+                const bool expected = std::any_of(m_unpluggedIds.cbegin(), m_unpluggedIds.cend(),
+                                                  [&message](const QString& id) { return message.contains(id); });
+                OnLogMessage(message, expected ? LogInfo : LogError);
+            });
     // A close request from anywhere goes the way of the "Close Camera" button.
     connect(this, &BasicMainWindow::CameraCloseRequested, m_discovery,
             [this] { m_discovery->OnCameraStatusChanged(false); });
@@ -90,12 +103,19 @@ void BasicMainWindow::createLogDock()
     m_logDock = new QDockWidget(tr("Log View"), this);
     m_logDock->setObjectName(QStringLiteral("logDock"));
     m_logList->setObjectName(QStringLiteral("logList"));
+    // Room the window gains goes to the work below, not to the log.
+    m_logList->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     auto* content = new QWidget(m_logDock);
     auto* layout = new QVBoxLayout(content);
     layout->setContentsMargins(kDockMargin, kDockMargin, kDockMargin, kDockMargin);
     layout->addWidget(m_logList);
     m_logDock->setWidget(content);
     addDockWidget(Qt::TopDockWidgetArea, m_logDock);
+    // A few lines of log when it comes up, so that the work below keeps its room.
+    connect(m_logDock, &QDockWidget::visibilityChanged, this, [this](bool visible) {
+        if (visible)
+            resizeDocks({m_logDock}, {m_logList->fontMetrics().lineSpacing() * kLogLines}, Qt::Vertical);
+    });
     m_logDock->hide();
     addViewToggle(m_logDock);
 }
@@ -108,7 +128,7 @@ void BasicMainWindow::addViewToggle(QDockWidget* dock)
     // triggered, not toggled: following the dock below must not hide or show it again.
     connect(action, &QAction::triggered, this, [this, dock](bool checked) {
         dock->setVisible(checked);
-        adjustSize();
+        adjustSizeKeepingUsersSize();
     });
     connect(dock, &QDockWidget::visibilityChanged, action, &QAction::setChecked);
 }
@@ -137,8 +157,29 @@ void BasicMainWindow::OnLogMessage(const QString& message, LogType type)
     m_logList->scrollToItem(item);
     if (type == LogError) {
         m_logDock->setVisible(true);
-        adjustSize();
+        adjustSizeKeepingUsersSize();
     }
+}
+
+void BasicMainWindow::adjustSizeKeepingUsersSize()
+{
+    // The window still fits itself to its docks, but never takes away the size the user gave it.
+    const QSize chosen = size();
+    adjustSize();
+    if (!isMaximized() && !isFullScreen())
+        resize(chosen.expandedTo(minimumSizeHint()).expandedTo(minimumSize()));
+}
+
+void BasicMainWindow::ShowOutcome(const QString& text, LogType type)
+{
+    statusBar()->setStyleSheet(type == LogError ? QStringLiteral("color: red;") : QString());
+    statusBar()->showMessage(text);
+}
+
+void BasicMainWindow::closeEvent(QCloseEvent* event)
+{
+    saveWindowLayout(*this, *m_logDock);
+    QMainWindow::closeEvent(event);
 }
 
 void BasicMainWindow::OnCameraSelected(bool selected, QString name)
@@ -158,6 +199,7 @@ void BasicMainWindow::OnCameraOpenRequested(const QString& extendedId)
         const QString openName = m_openCameraName;
         OnCameraCloseRequested(openId, openName);
     }
+    m_unpluggedIds.removeAll(extendedId);
     WindowWaitCursor waitCursor(this);
     UxCamera* camera = m_cameraManager->Open(extendedId);
     if (!camera) {
@@ -168,6 +210,7 @@ void BasicMainWindow::OnCameraOpenRequested(const QString& extendedId)
     m_openCameraId = extendedId;
     m_openCameraName = camera->GetCameraName();
     OnLogMessage(tr("Camera opened: %1").arg(m_openCameraName), LogInfo);
+    ShowOutcome(tr("Camera opened: %1").arg(m_openCameraName), LogInfo);
     emit CameraOpened(camera);
 }
 
@@ -183,8 +226,10 @@ void BasicMainWindow::OnCameraCloseRequested(const QString& extendedId, const QS
     m_openCameraId.clear();
     m_openCameraName.clear();
     emit CameraClosed(name);
-    if (closed)
+    if (closed) {
         OnLogMessage(tr("Camera closed: %1").arg(name), LogInfo);
+        ShowOutcome(tr("Camera closed: %1").arg(name), LogInfo);
+    }
 }
 
 void BasicMainWindow::OnCameraDisconnected(const QString& extendedId, const QString& name)
@@ -197,12 +242,15 @@ void BasicMainWindow::OnCameraDisconnected(const QString& extendedId, const QStr
     if (!m_cameraManager || extendedId != m_openCameraId)
         return;
     WindowWaitCursor waitCursor(this);
-    // The camera is gone whatever the SDK answers; a failure was reported by the controller.
+    // The camera is gone whatever the SDK answers.
+    if (!m_unpluggedIds.contains(extendedId))
+        m_unpluggedIds << extendedId;
     m_cameraManager->Close(extendedId);
     m_openCameraId.clear();
     m_openCameraName.clear();
     emit CameraClosed(name);
     OnLogMessage(tr("Camera disconnected: %1 (%2)").arg(name, extendedId), LogInfo);
+    ShowOutcome(tr("Camera disconnected: %1 (%2)").arg(name, extendedId), LogWarning);
 }
 
 void BasicMainWindow::OnApiControllerAvailable(std::shared_ptr<ApiController> controller)

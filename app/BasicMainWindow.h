@@ -4,6 +4,7 @@
 
 #include <QMainWindow>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 
@@ -34,6 +35,8 @@ public slots:
     // The first three notices during a firmware update are ignored: the camera reboots while updating.
     void OnCameraDisconnected(const QString& extendedId, const QString& name);
     void OnApiControllerAvailable(std::shared_ptr<ApiController> controller);
+    // The outcome of a user's action in the status bar; errors in red.
+    void ShowOutcome(const QString& text, LogType type);
 
 signals:
     // The receiver owns the camera.
@@ -49,6 +52,7 @@ protected:
     const QString& DefaultWindowTitle() const { return m_defaultWindowTitle; }
     // The one door to message boxes, so that tests can answer them.
     virtual void showAboutBox(const QString& title, const QString& text);
+    void closeEvent(QCloseEvent* event) override;
 
 private:
     void createMenus();
@@ -56,6 +60,7 @@ private:
     void createLogDock();
     // A checkable "&View" entry that shows or hides the dock and follows its visibility.
     void addViewToggle(QDockWidget* dock);
+    void adjustSizeKeepingUsersSize();
     void showAbout();
 
     QListWidget* m_logList;
@@ -70,4 +75,5 @@ private:
     QString m_openCameraName;
     quint8 m_disconnectIgnoreCount = 0;
     bool m_firmwareUpdateInProgress = false;
+    QStringList m_unpluggedIds; // extended IDs of cameras gone while open: the SDK's complaints about them are expected
 };

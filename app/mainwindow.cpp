@@ -5,6 +5,7 @@
 
 #include <QDockWidget>
 #include <QMenu>
+#include <QScrollArea>
 
 MainWindow::MainWindow(QWidget* parent)
     : BasicMainWindow(parent)
@@ -18,7 +19,13 @@ MainWindow::MainWindow(QWidget* parent)
     // in the bottom area and cannot be moved, floated or closed by itself.
     m_assistantDock->setObjectName(QStringLiteral("dockAssistant"));
     m_assistantDock->setTitleBarWidget(new QWidget(m_assistantDock));
-    m_assistantDock->setWidget(m_assistant);
+    // On a small window the panel scrolls rather than squeezing its mean images away.
+    auto* scroll = new QScrollArea(m_assistantDock);
+    scroll->setObjectName(QStringLiteral("assistantScroll"));
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidget(m_assistant);
+    m_assistantDock->setWidget(scroll);
     m_assistantDock->setFeatures(QDockWidget::NoDockWidgetFeatures);
     m_assistantDock->setAllowedAreas(Qt::BottomDockWidgetArea);
     addDockWidget(Qt::BottomDockWidgetArea, m_assistantDock);
@@ -31,6 +38,7 @@ MainWindow::MainWindow(QWidget* parent)
     connect(m_assistant, &UXCDefectPixelCorrection::cameraCloseRequested, this,
             &BasicMainWindow::CameraCloseRequested);
     connect(m_assistant, &UXCDefectPixelCorrection::sendLogMessage, this, &BasicMainWindow::OnLogMessage);
+    connect(m_assistant, &UXCDefectPixelCorrection::actionOutcome, this, &BasicMainWindow::ShowOutcome);
 }
 
 void MainWindow::onInitAssistant(UxCamera* camera)
@@ -53,6 +61,7 @@ void MainWindow::onInitAssistant(UxCamera* camera)
     m_assistantDock->show();
     m_assistant->setEnabled(true);
     setWindowTitle(QStringLiteral("%1 - %2").arg(DefaultWindowTitle(), cameraName));
+    m_assistant->focusFirstAction();
 }
 
 void MainWindow::onResetAssistant()

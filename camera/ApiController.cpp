@@ -233,8 +233,15 @@ void ApiController::OnCameraListChanged(CameraPtr camera, UpdateTriggerType reas
     case UpdateTriggerPluggedIn:
         emit CameraAdded(GetCameraInfo(camera));
         break;
-    case UpdateTriggerOpenStateChanged:
+    case UpdateTriggerOpenStateChanged: {
+        // A camera unplugged while open reports its closing with a handle already gone;
+        // its removal follows and says all there is to say.
+        AccessModeType access = AccessModeNone;
+        const ZebErrorType state = camera ? camera->GetPermittedAccess(access) : ZebErrorBadParameter;
+        if (state == ZebErrorBadHandle || state == ZebErrorNotFound)
+            break;
         emit CameraOpenStateChanged(GetCameraInfo(camera));
         break;
+    }
     }
 }

@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
+#include <QShortcut>
 #include <QStackedWidget>
 #include <QTreeView>
 #include <QVBoxLayout>
@@ -88,12 +89,12 @@ void CameraDiscoveryWidget::buildLayout()
     m_chkAutoRefresh->setObjectName(QStringLiteral("chkAutoRefresh"));
     m_chkAutoRefresh->setToolTip(tr("Enable or disable the automatic refresh of the list of cameras"));
     m_chkAutoRefresh->setChecked(true);
-    m_btnOpenCamera = new QPushButton(tr("Open Selected Camera"));
+    m_btnOpenCamera = new QPushButton(tr("&Open Selected Camera"));
     m_btnOpenCamera->setObjectName(QStringLiteral("btnOpenCamera"));
     m_btnOpenCamera->setEnabled(false);
-    m_btnRefresh = new QPushButton(tr("Refresh"));
+    m_btnRefresh = new QPushButton(tr("&Refresh"));
     m_btnRefresh->setObjectName(QStringLiteral("btnRefresh"));
-    m_btnCloseCamera = new QPushButton(tr("Close Camera"));
+    m_btnCloseCamera = new QPushButton(tr("&Close Camera"));
     m_btnCloseCamera->setObjectName(QStringLiteral("btnCloseCamera"));
 
     auto* listPage = new QWidget;
@@ -130,6 +131,14 @@ void CameraDiscoveryWidget::connectControls()
     connect(m_chkAutoRefresh, &QCheckBox::toggled, this, &CameraDiscoveryWidget::setAutomaticDiscovery);
     connect(m_btnOpenCamera, &QPushButton::clicked, this, [this] { OnCameraStatusChanged(true); });
     connect(m_treeView, &QTreeView::doubleClicked, this, [this] { OnCameraStatusChanged(true); });
+    // Enter on a camera row opens it, as the button does.
+    for (const QKeySequence key : {QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter)}) {
+        auto* enter = new QShortcut(key, m_treeView, nullptr, nullptr, Qt::WidgetShortcut);
+        connect(enter, &QShortcut::activated, this, [this] {
+            if (m_btnOpenCamera->isEnabled())
+                OnCameraStatusChanged(true);
+        });
+    }
     connect(m_btnCloseCamera, &QPushButton::clicked, this, [this] { OnCameraStatusChanged(false); });
     connect(this, &CameraDiscoveryWidget::CameraOpened, this, [this] { setOpenedState(true); });
     connect(this, &CameraDiscoveryWidget::CameraClosed, this, [this] { setOpenedState(false); });

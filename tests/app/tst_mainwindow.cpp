@@ -2,6 +2,7 @@
 #include "mainwindow.h"
 #include "uxcamera.h"
 #include "uxdefectpixelcorrection.h"
+#include "uxsettings.h"
 
 #include <ZebCPP.h>
 #include <sim/simcontrol.h>
@@ -14,6 +15,7 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QStackedWidget>
+#include <QStatusBar>
 #include <QTreeView>
 #include <QtTest>
 
@@ -65,6 +67,8 @@ private slots:
     void closeLetsTheCameraGoWhateverTheList();
     void nullCameraResetsTheAssistant();
     void cameraListIsRendered();
+    void keyboardStatusAndUnplug();
+    void sizeAndLogAreKept();
 
 private:
     CameraDiscoveryWidget* panel() const { return m_window->findChild<CameraDiscoveryWidget*>(); }
@@ -115,10 +119,14 @@ void TestMainWindow::initTestCase()
     qputenv("ZEB_SIM_CAMERAS", "default");
     qunsetenv("ZEB_GEV_ADDRESSES");
     qRegisterMetaType<UxCamera*>();
+    QStandardPaths::setTestModeEnabled(true);
 }
 
 void TestMainWindow::init()
 {
+    // Every window starts as on a first run.
+    UXCSettings::getInstance()->Set("Window", "Geometry", QByteArray());
+    UXCSettings::getInstance()->Set("Window", "LogVisible", false);
     m_window = std::make_unique<AboutRecordingWindow>();
     m_window->setDefaultWindowTitle(QStringLiteral("Corvane Optics Orvel Defect Pixel Correction Assistant"));
     m_window->setProperty("defaultTitle", m_window->windowTitle());
@@ -323,6 +331,48 @@ void TestMainWindow::cameraListIsRendered()
     const QString path = QStringLiteral(DPC_ARTIFACT_DIR "/mainwindow-camera-list.png");
     QVERIFY(image.save(path));
     qInfo("Main window rendered to %s", qPrintable(path));
+}
+
+void TestMainWindow::keyboardStatusAndUnplug()
+{
+    QApplication::setActiveWindow(m_window.get());
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    auto* tree = panel()->findChild<QTreeView*>(QStringLiteral("treeCameras"));
+    tree->setFocus();
+    tree->setCurrentIndex(cameraRow("DEV_KV1230001"));
+    QTest::keyClick(tree, Qt::Key_Return);
+    QVERIFY(m_window->Assistant()->camera());
+    QCOMPARE(m_window->statusBar()->currentMessage(), QStringLiteral("Camera opened: %1").arg(kMonoName));
+    QVERIFY(m_window->Assistant()->findChild<QPushButton*>(QStringLiteral("btnAddDarkImage"))->hasFocus());
+
+    // Unplugging the open camera is an ordinary event: no red line, the log stays as it was.
+    const int lines = log()->count();
+    QCOMPARE(SimControl::UnplugCamera("KV1230001"), ZebErrorSuccess);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_window->Assistant()->camera(), kTimeoutMs);
+    for (int i = lines; i < log()->count(); ++i)
+        QVERIFY2(log()->item(i)->foreground().color() != QColor("red"), qPrintable(log()->item(i)->text()));
+    QVERIFY(logDock()->isHidden());
+    QCOMPARE(m_window->statusBar()->currentMessage(),
+             QStringLiteral("Camera disconnected: %1 (%2)").arg(kMonoName, kMonoId));
+    QCOMPARE(SimControl::ReplugCamera("KV1230001"), ZebErrorSuccess);
+}
+
+void TestMainWindow::sizeAndLogAreKept()
+{
+    m_window->resize(900, 700);
+    QAction* logToggle = m_window->menuBar()->actions().value(0)->menu()->actions().value(1);
+    logToggle->trigger();
+    QVERIFY(logDock()->isVisible());
+    QCOMPARE(m_window->size(), QSize(900, 700));
+    m_window->OnLogMessage(QStringLiteral("broken"), LogError);
+    QCOMPARE(m_window->size(), QSize(900, 700));
+    m_window->close();
+
+    // The next run starts as this one ended.
+    AboutRecordingWindow next;
+    next.show();
+    QCOMPARE(next.size(), QSize(900, 700));
+    QVERIFY(next.findChild<QDockWidget*>(QStringLiteral("logDock"))->isVisible());
 }
 
 QTEST_MAIN(TestMainWindow)
