@@ -555,18 +555,6 @@ ZEB_GEV_ADDRESSES beschränkt die GigE-Vision-Suche auf die angegebenen Adressen
         <translation>Automatische Aktualisierung der Kameraliste ein- oder ausschalten</translation>
     </message>
     <message>
-        <source>Open Selected Camera</source>
-        <translation>Ausgewählte Kamera öffnen</translation>
-    </message>
-    <message>
-        <source>Refresh</source>
-        <translation>Aktualisieren</translation>
-    </message>
-    <message>
-        <source>Close Camera</source>
-        <translation>Kamera schließen</translation>
-    </message>
-    <message>
         <source>%1 (error: %2)</source>
         <translation>%1 (Fehler: %2)</translation>
     </message>
@@ -597,6 +585,18 @@ ZEB_GEV_ADDRESSES beschränkt die GigE-Vision-Suche auf die angegebenen Adressen
     <message>
         <source>No %1cameras found</source>
         <translation>Keine %1Kameras gefunden</translation>
+    </message>
+    <message>
+        <source>&amp;Open Selected Camera</source>
+        <translation>Ausgewählte Kamera ö&amp;ffnen</translation>
+    </message>
+    <message>
+        <source>&amp;Refresh</source>
+        <translation>&amp;Aktualisieren</translation>
+    </message>
+    <message>
+        <source>&amp;Close Camera</source>
+        <translation>Kamera &amp;schließen</translation>
     </message>
 </context>
 <context>
@@ -1133,6 +1133,208 @@ Möchten Sie fortfahren?</translation>
     <message>
         <source>%1 of the %2 chosen images were not added.</source>
         <translation>%1 der %2 gewählten Bilder wurden nicht hinzugefügt.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n bright image(s) added.</source>
+        <translation>
+            <numerusform>%n helles Bild hinzugefügt.</numerusform>
+            <numerusform>%n helle Bilder hinzugefügt.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n dark image(s) added.</source>
+        <translation>
+            <numerusform>%n dunkles Bild hinzugefügt.</numerusform>
+            <numerusform>%n dunkle Bilder hinzugefügt.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>No image added.</source>
+        <translation>Kein Bild hinzugefügt.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n image(s) removed.</source>
+        <translation>
+            <numerusform>%n Bild entfernt.</numerusform>
+            <numerusform>%n Bilder entfernt.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Generate map failed: missing image parameters.</source>
+        <translation>Karte erzeugen fehlgeschlagen: Bildparameter fehlen.</translation>
+    </message>
+    <message>
+        <source>%1 (factory map)</source>
+        <translation>%1 (Werkskarte)</translation>
+    </message>
+    <message>
+        <source>Cl&amp;ose Camera</source>
+        <translation>Kamera schl&amp;ießen</translation>
+    </message>
+    <message>
+        <source>&amp;Add</source>
+        <translation>&amp;Hinzufügen</translation>
+    </message>
+    <message>
+        <source>&amp;Delete</source>
+        <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <source>&amp;Generate Map</source>
+        <translation>Karte &amp;erzeugen</translation>
+    </message>
+    <message>
+        <source>&amp;Upload Generated Map To Camera</source>
+        <translation>Erzeugte Karte zur &amp;Kamera hochladen</translation>
+    </message>
+    <message>
+        <source>&amp;Save Generated Map To File </source>
+        <translation>Erzeugte Karte in Datei &amp;speichern </translation>
+    </message>
+    <message>
+        <source>Upload &amp;Local Map To Camera</source>
+        <translation>Lokale Karte zur Kamera hochla&amp;den</translation>
+    </message>
+    <message>
+        <source>Do&amp;wnload Map To File</source>
+        <translation>Karte in Datei her&amp;unterladen</translation>
+    </message>
+    <message>
+        <source>Out of date: the inputs changed since the map was generated. Generate the map again.</source>
+        <translation>Veraltet: Die Eingaben haben sich seit dem Erzeugen der Karte geändert. Erzeugen Sie die Karte neu.</translation>
+    </message>
+    <message>
+        <source>Map out of date: generate it again.</source>
+        <translation>Karte veraltet: bitte neu erzeugen.</translation>
+    </message>
+    <message>
+        <source>The map was generated before the images or thresholds changed and is out of date.
+Upload it anyway?</source>
+        <translation>Die Karte wurde erzeugt, bevor sich Bilder oder Schwellwerte geändert haben, und ist veraltet.
+Trotzdem hochladen?</translation>
+    </message>
+    <message numerus="yes">
+        <source>Map generated: %n defect pixel(s).</source>
+        <translation>
+            <numerusform>Karte erzeugt: %n defektes Pixel.</numerusform>
+            <numerusform>Karte erzeugt: %n defekte Pixel.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 pixels flagged; only %2 fit into the camera&apos;s map. Raise the thresholds to flag fewer pixels.</source>
+        <translation>%1 Pixel markiert; nur %2 passen in die Karte der Kamera. Erhöhen Sie die Schwellwerte, um weniger Pixel zu markieren.</translation>
+    </message>
+    <message>
+        <source>DefPixMap0 is the factory map: it is read-only, maps cannot be uploaded to it.</source>
+        <translation>DefPixMap0 ist die Werkskarte: Sie ist schreibgeschützt, es können keine Karten dorthin hochgeladen werden.</translation>
+    </message>
+    <message>
+        <source>Upload refused: DefPixMap0 is the read-only factory map.</source>
+        <translation>Hochladen abgelehnt: DefPixMap0 ist die schreibgeschützte Werkskarte.</translation>
+    </message>
+    <message>
+        <source>%1 is not a readable map file.</source>
+        <translation>%1 ist keine lesbare Kartendatei.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1: %n entry(s) lie outside the sensor (%2 x %3).</source>
+        <translation>
+            <numerusform>%1: %n Eintrag liegt außerhalb des Sensors (%2 x %3).</numerusform>
+            <numerusform>%1: %n Einträge liegen außerhalb des Sensors (%2 x %3).</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 holds no valid map entry.</source>
+        <translation>%1 enthält keinen gültigen Karteneintrag.</translation>
+    </message>
+    <message>
+        <source>The map of &apos;%1&apos; was left unchanged.</source>
+        <translation>Die Karte von &apos;%1&apos; blieb unverändert.</translation>
+    </message>
+    <message>
+        <source>Upload Local Map refused: %1</source>
+        <translation>Hochladen der lokalen Karte abgelehnt: %1</translation>
+    </message>
+    <message>
+        <source>Upload to %1 refused: %2</source>
+        <translation>Hochladen nach %1 abgelehnt: %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n line(s) skipped as malformed</source>
+        <translation>
+            <numerusform>%n fehlerhafte Zeile übersprungen</numerusform>
+            <numerusform>%n fehlerhafte Zeilen übersprungen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n duplicate coordinate(s)</source>
+        <translation>
+            <numerusform>%n doppelte Koordinate</numerusform>
+            <numerusform>%n doppelte Koordinaten</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n entry(s) beyond the camera&apos;s maximum dropped</source>
+        <translation>
+            <numerusform>%n Eintrag über dem Maximum der Kamera verworfen</numerusform>
+            <numerusform>%n Einträge über dem Maximum der Kamera verworfen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n entry(s) will be written to &apos;%1&apos;</source>
+        <translation>
+            <numerusform>%n Eintrag wird nach &apos;%1&apos; geschrieben</numerusform>
+            <numerusform>%n Einträge werden nach &apos;%1&apos; geschrieben</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Write them?</source>
+        <translation>Schreiben?</translation>
+    </message>
+    <message>
+        <source>Saving the map failed.</source>
+        <translation>Speichern der Karte fehlgeschlagen.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Map of %n entry(s) saved to %1.</source>
+        <translation>
+            <numerusform>Karte mit %n Eintrag in %1 gespeichert.</numerusform>
+            <numerusform>Karte mit %n Einträgen in %1 gespeichert.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Uploaded %n entry(s) to %1.</source>
+        <translation>
+            <numerusform>%n Eintrag nach %1 hochgeladen.</numerusform>
+            <numerusform>%n Einträge nach %1 hochgeladen.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Upload to %1 failed.</source>
+        <translation>Hochladen nach %1 fehlgeschlagen.</translation>
+    </message>
+    <message>
+        <source>Loading %1 failed.</source>
+        <translation>Laden von %1 fehlgeschlagen.</translation>
+    </message>
+    <message>
+        <source>Download from %1 failed.</source>
+        <translation>Herunterladen von %1 fehlgeschlagen.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Downloaded %n entry(s) from %1 to %2.</source>
+        <translation>
+            <numerusform>%n Eintrag von %1 nach %2 heruntergeladen.</numerusform>
+            <numerusform>%n Einträge von %1 nach %2 heruntergeladen.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 done.</source>
+        <translation>%1 erledigt.</translation>
+    </message>
+    <message>
+        <source>%1 failed.</source>
+        <translation>%1 fehlgeschlagen.</translation>
     </message>
 </context>
 </TS>
