@@ -132,7 +132,7 @@ void CameraDiscoveryWidget::connectControls()
     connect(m_btnOpenCamera, &QPushButton::clicked, this, [this] { OnCameraStatusChanged(true); });
     connect(m_treeView, &QTreeView::doubleClicked, this, [this] { OnCameraStatusChanged(true); });
     // Enter on a camera row opens it, as the button does.
-    for (const QKeySequence key : {QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter)}) {
+    for (const QKeySequence& key : {QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter)}) {
         auto* enter = new QShortcut(key, m_treeView, nullptr, nullptr, Qt::WidgetShortcut);
         connect(enter, &QShortcut::activated, this, [this] {
             if (m_btnOpenCamera->isEnabled())
