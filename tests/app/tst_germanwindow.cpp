@@ -47,7 +47,7 @@ void TestGermanWindow::windowInGerman()
     QVERIFY2(docks.contains("Kameraliste") && docks.contains("Protokoll"), qPrintable(docks.join(", ")));
     QPushButton* open = window.findChild<QPushButton*>(QStringLiteral("btnOpenCamera"));
     QVERIFY(open);
-    QCOMPARE(open->text(), QStringLiteral("Ausgewählte Kamera öffnen"));
+    QCOMPARE(open->text().remove('&'), QStringLiteral("Ausgewählte Kamera öffnen")); // less its mnemonic
     // Qt's own buttons, from the system's Qt translations.
     QDialogButtonBox buttons(QDialogButtonBox::Cancel);
     QCOMPARE(buttons.button(QDialogButtonBox::Cancel)->text(), QStringLiteral("Abbrechen"));
