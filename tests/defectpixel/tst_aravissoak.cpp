@@ -1,4 +1,5 @@
 #include "ApiController.h"
+#include "defectmapcontainer.h"
 #include "fakegvcamera.h"
 #include "panelfixture.h"
 #include "uxcamera.h"
@@ -19,7 +20,7 @@ namespace {
 constexpr quint32 kSeed = 20261124;
 constexpr int kRounds = 4;
 // Forty blocks of the fake camera's 4 KiB buffer: long enough to be cut off.
-constexpr int kFileBytes = 160000;
+constexpr unsigned int kFileEntries = 20000; // about 160 kB of map
 // libaravis waits about this long for a control answer before it gives up on
 // a camera; the GUI thread may be held for one such wait, never longer.
 constexpr qint64 kSdkTimeoutMs = 3000;
@@ -97,9 +98,13 @@ void TestAravisSoak::killedCameraEndsTheTransferAndComesBack()
     const QString upload = m_dir.filePath("upload.bin");
     QFile file(upload);
     QVERIFY(file.open(QIODevice::WriteOnly));
-    QByteArray content(kFileBytes, '\0');
-    for (int i = 0; i < content.size(); ++i)
-        content[i] = char(random());
+    // A map the panel lets through to the camera: entries inside a small corner of the sensor.
+    std::vector<t_defpix> entries(kFileEntries);
+    for (unsigned int i = 0; i < kFileEntries; ++i)
+        entries[i] = {i % 100, i / 100, 0};
+    const std::vector<unsigned char> container =
+        buildDefPixContainerBuffer(3, 4096, entries.size(), entries.data(), 100, 100 * 200);
+    const QByteArray content(reinterpret_cast<const char*>(container.data()), int(container.size()));
     file.write(content);
     file.close();
 
@@ -145,7 +150,7 @@ void TestAravisSoak::killedCameraEndsTheTransferAndComesBack()
         // after which finishFileTask no longer hears of transfers.
         const QString told = logLines(log).filter("Upload Local File 'DefPixMap1'").join('\n');
         const bool error = told.startsWith(QString("%1|Upload Local File 'DefPixMap1' failed: ").arg(LogError));
-        QVERIFY2(error || told.startsWith(QString("%1|Upload Local File 'DefPixMap1': %2 bytes").arg(LogInfo).arg(kFileBytes)),
+        QVERIFY2(error || told.startsWith(QString("%1|Upload Local File 'DefPixMap1': %2 bytes").arg(LogInfo).arg(content.size())),
                  qPrintable(where + ": the user was told: " + told));
         failedTransfers += error ? 1 : 0;
         if (round == 0 && error) {
