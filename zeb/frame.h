@@ -6,7 +6,8 @@
 
 namespace ZebCPP {
 
-// One acquired image. Buffers are 8 bits per pixel, rows without padding.
+// One acquired image, rows without padding. 8-bit formats take one byte per
+// pixel; 10-, 12- and 16-bit formats two, little-endian, the value in the low bits.
 class Frame {
 public:
     Frame(FrameStatusType status, uint32_t width, uint32_t height, PixelFormatType format,

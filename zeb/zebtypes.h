@@ -88,13 +88,29 @@ enum FrameStatusType : int32_t {
     FrameStatusInvalid = -3
 };
 
-// Pixel formats of frames, with their GenICam pixel format codes.
+// Pixel formats of frames, with their GenICam pixel format codes. Bits 16 to 23
+// of a code are the bits a pixel occupies (16 for the 10- and 12-bit formats).
 enum PixelFormatType : uint32_t {
     PixelFormatMono8 = 0x01080001,
     PixelFormatBayerGR8 = 0x01080008,
     PixelFormatBayerRG8 = 0x01080009,
     PixelFormatBayerGB8 = 0x0108000A,
-    PixelFormatBayerBG8 = 0x0108000B
+    PixelFormatBayerBG8 = 0x0108000B,
+    PixelFormatMono10 = 0x01100003,
+    PixelFormatMono12 = 0x01100005,
+    PixelFormatMono16 = 0x01100007,
+    PixelFormatBayerGR10 = 0x0110000C,
+    PixelFormatBayerRG10 = 0x0110000D,
+    PixelFormatBayerGB10 = 0x0110000E,
+    PixelFormatBayerBG10 = 0x0110000F,
+    PixelFormatBayerGR12 = 0x01100010,
+    PixelFormatBayerRG12 = 0x01100011,
+    PixelFormatBayerGB12 = 0x01100012,
+    PixelFormatBayerBG12 = 0x01100013,
+    PixelFormatBayerGR16 = 0x0110002E,
+    PixelFormatBayerRG16 = 0x0110002F,
+    PixelFormatBayerGB16 = 0x01100030,
+    PixelFormatBayerBG16 = 0x01100031
 };
 
 struct ZebVersionInfo {

@@ -256,7 +256,8 @@ void TestAssistantEndToEnd::monochromeFileAccessCamera()
     // The factory slot is still selected: it cannot be written.
     QVERIFY(!button(assistant(), "btnUploadMapToCam")->isEnabled());
 
-    // Every seeded defect is found, and nothing else.
+    // Every seeded defect is found, and nothing else; weak pixels stay below the
+    // default margin of 12 %.
     const unsigned int count = assistant().defectCount();
     const std::set<Position> found = positions(assistant().defectMap(), count);
     std::vector<SimControl::SimDefect> seeded;
@@ -264,6 +265,8 @@ void TestAssistantEndToEnd::monochromeFileAccessCamera()
     QStringList missed;
     std::set<Position> expected;
     for (const SimControl::SimDefect& d : seeded) {
+        if (d.kind == SimControl::DefectKind::Weak)
+            continue;
         expected.insert({d.x, d.y});
         if (!found.count({d.x, d.y}))
             missed << QString("%1 at %2,%3").arg(SimControl::DefectKindName(d.kind)).arg(d.x).arg(d.y);

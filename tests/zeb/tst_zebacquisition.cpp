@@ -1,6 +1,7 @@
 #include "sim/simcontrol.h"
 #include "zebtestsupport.h"
 
+#include <algorithm>
 #include <set>
 
 using namespace ZebCPP;
@@ -89,6 +90,7 @@ private slots:
     void darkFramesShowHotAndStuckPixels();
     void brightFramesShowEveryDefect();
     void exposureAndLightSetTheLevel();
+    void deepSensorsScaleTheirFrames();
 };
 
 void TestZebAcquisition::framesDescribeThemselves_data()
@@ -166,7 +168,7 @@ void TestZebAcquisition::seededDefectsAreApartAndOfEveryKind()
                 QVERIFY(d.kind == SimControl::DefectKind::Cluster && other.kind == d.kind && d.y == other.y);
         }
     }
-    QCOMPARE(kinds, (std::set<QString>{"hot", "dead", "stuck", "cluster"}));
+    QCOMPARE(kinds, (std::set<QString>{"hot", "dead", "stuck", "cluster", "weak", "border"}));
     // The factory map lists real defects.
     std::vector<SimControl::SimMapEntry> factory;
     SimControl::GetStoredMap(ZebTest::kRegister, 0, factory);
@@ -180,7 +182,7 @@ void TestZebAcquisition::darkFramesShowHotAndStuckPixels()
     for (const char* serial : {ZebTest::kMonoFile, ZebTest::kColorFile}) {
         const Image dark = meanOf(ZebTest::openCamera(serial), 4);
         QVERIFY(!dark.values.empty());
-        QCOMPARE(outliers(dark, 16, 0), seeded(serial, {K::Hot, K::Stuck, K::Cluster}));
+        QCOMPARE(outliers(dark, 16, 0), seeded(serial, {K::Hot, K::Stuck, K::Cluster, K::Border}));
     }
 }
 
@@ -190,7 +192,12 @@ void TestZebAcquisition::brightFramesShowEveryDefect()
     CameraPtr camera = ZebTest::openCamera(ZebTest::kMonoFile);
     QCOMPARE(ZebTest::feature(camera, "SimLightLevel")->SetValue(100.0), ZebErrorSuccess);
     const Image bright = meanOf(camera, 4);
-    QCOMPARE(outliers(bright, 0, 0.12), seeded(ZebTest::kMonoFile, {K::Hot, K::Dead, K::Stuck, K::Cluster}));
+    QCOMPARE(outliers(bright, 0, 0.12), seeded(ZebTest::kMonoFile, {K::Hot, K::Dead, K::Stuck, K::Cluster, K::Border}));
+    // Weak pixels take 10 % less light: below a 12 % margin, above a 6 % one.
+    const std::set<Pixel> weak = seeded(ZebTest::kMonoFile, {K::Weak});
+    QCOMPARE(weak.size(), size_t(3));
+    const std::set<Pixel> finer = outliers(bright, 0, 0.06);
+    QVERIFY(std::includes(finer.begin(), finer.end(), weak.begin(), weak.end()));
 }
 
 void TestZebAcquisition::exposureAndLightSetTheLevel()
@@ -208,6 +215,34 @@ void TestZebAcquisition::exposureAndLightSetTheLevel()
     QVERIFY(dark < 15);
     QVERIFY(half > 70 && half < 100);
     QVERIFY(full > 150 && full < 180);
+    ZebTest::feature(camera, "Gain")->SetValue(6.0);
+    QVERIFY(level() > 250); // twice the signal clips
+    ZebTest::feature(camera, "Gain")->SetValue(0.0);
+    QCOMPARE(SimControl::SetIllumination(ZebTest::kMonoFile, 0), ZebErrorSuccess);
+    QVERIFY(level() < 15);
+}
+
+void TestZebAcquisition::deepSensorsScaleTheirFrames()
+{
+    QCOMPARE(SimControl::PlugCamera(R"({ "id": "DEV_D12", "model": "m", "serial": "D12", "interface": "sim-eth0",
+        "sensor": { "width": 64, "height": 32, "bitDepth": 12, "hot": 0, "dead": 0, "stuck": 0, "clusters": 0 } })"),
+             ZebErrorSuccess);
+    CameraPtr camera = ZebTest::openCamera("D12");
+    std::string format;
+    ZebTest::feature(camera, "PixelFormat")->GetValue(format);
+    QCOMPARE(format, std::string("Mono12"));
+    FramePtr frame;
+    QCOMPARE(camera->AcquireSingleImage(frame, 1000), ZebErrorSuccess);
+    uint32_t size = 0;
+    PixelFormatType pixelFormat = PixelFormatMono8;
+    const uint8_t* data = nullptr;
+    frame->GetBufferSize(size);
+    frame->GetPixelFormat(pixelFormat);
+    frame->GetBuffer(data);
+    QCOMPARE(size, 64u * 32u * 2u);
+    QCOMPARE(pixelFormat, PixelFormatMono12);
+    const unsigned value = data[0] | data[1] << 8;
+    QVERIFY(value >= 6 * 16 && value <= 10 * 16); // the dark level of 8, in 12 bits
 }
 
 QTEST_GUILESS_MAIN(TestZebAcquisition)

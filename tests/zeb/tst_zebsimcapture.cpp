@@ -70,7 +70,7 @@ void TestZebSimCapture::seriesLoadAsBitmaps()
     for (const QString& line : lines) {
         const QStringList fields = line.split(';');
         QCOMPARE(fields.size(), 3);
-        QVERIFY(QStringList({"hot", "dead", "stuck", "cluster"}).contains(fields[2]));
+        QVERIFY(QStringList({"hot", "dead", "stuck", "cluster", "weak", "border"}).contains(fields[2]));
         const QPoint pixel(fields[0].toInt(), fields[1].toInt());
         QVERIFY(dark.rect().contains(pixel));
         const QRgb rgb = dark.pixel(pixel);

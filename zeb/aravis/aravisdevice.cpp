@@ -22,28 +22,39 @@ bool isDeviceFeature(const std::string& name)
     return name.rfind("Arv", 0) != 0; // libaravis's own helper nodes
 }
 
-// Frames carry 8-bit pixels only; other formats are refused.
+// Frames carry 8-bit pixels and unpacked 10-, 12- and 16-bit pixels (two bytes
+// each); packed and colour formats are refused.
 bool frameFormatOf(ArvPixelFormat format, PixelFormatType& type)
 {
-    switch (format) {
-    case ARV_PIXEL_FORMAT_MONO_8:
-        type = PixelFormatMono8;
-        return true;
-    case ARV_PIXEL_FORMAT_BAYER_GR_8:
-        type = PixelFormatBayerGR8;
-        return true;
-    case ARV_PIXEL_FORMAT_BAYER_RG_8:
-        type = PixelFormatBayerRG8;
-        return true;
-    case ARV_PIXEL_FORMAT_BAYER_GB_8:
-        type = PixelFormatBayerGB8;
-        return true;
-    case ARV_PIXEL_FORMAT_BAYER_BG_8:
-        type = PixelFormatBayerBG8;
-        return true;
-    default:
-        return false;
+    static const std::pair<ArvPixelFormat, PixelFormatType> kFormats[] = {
+        {ARV_PIXEL_FORMAT_MONO_8, PixelFormatMono8},
+        {ARV_PIXEL_FORMAT_BAYER_GR_8, PixelFormatBayerGR8},
+        {ARV_PIXEL_FORMAT_BAYER_RG_8, PixelFormatBayerRG8},
+        {ARV_PIXEL_FORMAT_BAYER_GB_8, PixelFormatBayerGB8},
+        {ARV_PIXEL_FORMAT_BAYER_BG_8, PixelFormatBayerBG8},
+        {ARV_PIXEL_FORMAT_MONO_10, PixelFormatMono10},
+        {ARV_PIXEL_FORMAT_MONO_12, PixelFormatMono12},
+        {ARV_PIXEL_FORMAT_MONO_16, PixelFormatMono16},
+        {ARV_PIXEL_FORMAT_BAYER_GR_10, PixelFormatBayerGR10},
+        {ARV_PIXEL_FORMAT_BAYER_RG_10, PixelFormatBayerRG10},
+        {ARV_PIXEL_FORMAT_BAYER_GB_10, PixelFormatBayerGB10},
+        {ARV_PIXEL_FORMAT_BAYER_BG_10, PixelFormatBayerBG10},
+        {ARV_PIXEL_FORMAT_BAYER_GR_12, PixelFormatBayerGR12},
+        {ARV_PIXEL_FORMAT_BAYER_RG_12, PixelFormatBayerRG12},
+        {ARV_PIXEL_FORMAT_BAYER_GB_12, PixelFormatBayerGB12},
+        {ARV_PIXEL_FORMAT_BAYER_BG_12, PixelFormatBayerBG12},
+        {ARV_PIXEL_FORMAT_BAYER_GR_16, PixelFormatBayerGR16},
+        {ARV_PIXEL_FORMAT_BAYER_RG_16, PixelFormatBayerRG16},
+        {ARV_PIXEL_FORMAT_BAYER_GB_16, PixelFormatBayerGB16},
+        {ARV_PIXEL_FORMAT_BAYER_BG_16, PixelFormatBayerBG16},
+    };
+    for (const auto& entry : kFormats) {
+        if (entry.first == format) {
+            type = entry.second;
+            return true;
+        }
     }
+    return false;
 }
 
 FrameStatusType frameStatusOf(ArvBufferStatus status)
@@ -301,11 +312,12 @@ ZebErrorType AravisDevice::acquireSingleImage(FramePtr& frame, uint32_t timeoutM
         // its figures must not size an allocation.
         size_t capacity = 0;
         arv_buffer_get_data(buffer.get(), &capacity);
-        if (width < 0 || height < 0 || uint64_t(width) * uint64_t(height) > capacity)
+        const uint64_t bytesPerPixel = (uint32_t(format) >> 16 & 0xFF) > 8 ? 2 : 1;
+        if (width < 0 || height < 0 || uint64_t(width) * uint64_t(height) * bytesPerPixel > capacity)
             return ZebErrorInvalidValue;
         size_t size = 0;
         const auto* data = static_cast<const uint8_t*>(arv_buffer_get_image_data(buffer.get(), &size));
-        std::vector<uint8_t> pixels(size_t(width) * height, 0);
+        std::vector<uint8_t> pixels(size_t(width) * height * bytesPerPixel, 0);
         if (data != nullptr)
             std::memcpy(pixels.data(), data, std::min(size, pixels.size()));
         FrameStatusType status = frameStatusOf(arv_buffer_get_status(buffer.get()));

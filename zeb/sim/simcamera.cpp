@@ -1,6 +1,7 @@
 #include "sim/simcamera.h"
 
 #include "frame.h"
+#include <algorithm>
 #include "sim/simfeaturetable.h"
 #include "sim/simregisters.h"
 
@@ -10,17 +11,17 @@ namespace {
 
 using SimControl::FaultKind;
 
-PixelFormatType pixelFormatOf(const std::string& colorFilter)
+PixelFormatType pixelFormatOf(const SimSensorDescription& sensor)
 {
-    if (colorFilter == "BayerRG")
-        return PixelFormatBayerRG8;
-    if (colorFilter == "BayerGR")
-        return PixelFormatBayerGR8;
-    if (colorFilter == "BayerGB")
-        return PixelFormatBayerGB8;
-    if (colorFilter == "BayerBG")
-        return PixelFormatBayerBG8;
-    return PixelFormatMono8;
+    static const char* const kFilters[] = {"None", "BayerGR", "BayerRG", "BayerGB", "BayerBG"};
+    static const PixelFormatType kFormats[4][5] = {
+        {PixelFormatMono8, PixelFormatBayerGR8, PixelFormatBayerRG8, PixelFormatBayerGB8, PixelFormatBayerBG8},
+        {PixelFormatMono10, PixelFormatBayerGR10, PixelFormatBayerRG10, PixelFormatBayerGB10, PixelFormatBayerBG10},
+        {PixelFormatMono12, PixelFormatBayerGR12, PixelFormatBayerRG12, PixelFormatBayerGB12, PixelFormatBayerBG12},
+        {PixelFormatMono16, PixelFormatBayerGR16, PixelFormatBayerRG16, PixelFormatBayerGB16, PixelFormatBayerBG16}};
+    const auto filter = std::find(std::begin(kFilters), std::end(kFilters), sensor.colorFilter) - std::begin(kFilters);
+    const int depth = sensor.bitDepth == 10 ? 1 : sensor.bitDepth == 12 ? 2 : sensor.bitDepth == 16 ? 3 : 0;
+    return kFormats[depth][filter < 5 ? filter : 0];
 }
 
 bool grantsFull(AccessModeType access)
@@ -218,11 +219,17 @@ ZebErrorType SimCamera::acquire(uint64_t connection, FramePtr& frame)
             return err;
         if (state_.streaming)
             return ZebErrorInvalidCall;
+        if (!description_.hasStreams)
+            return ZebErrorNotSupported;
+        const ZebErrorType fault = faults_.hit(FaultKind::Acquisition);
+        if (fault != ZebErrorSuccess)
+            return fault;
         const SimSensor& sensor = state_.sensor;
         const uint64_t index = state_.frameIndex++;
         frame = std::make_shared<Frame>(FrameStatusComplete, sensor.width(), sensor.height(),
-                                        pixelFormatOf(description_.sensor.colorFilter),
-                                        sensor.frame(index, state_.exposureUs, state_.lightPercent), index);
+                                        pixelFormatOf(description_.sensor),
+                                        sensor.frame(index, state_.exposureUs, state_.lightPercent, state_.gainDb),
+                                        index);
         return ZebErrorSuccess;
     });
 }
@@ -350,10 +357,20 @@ ZebErrorType SimCamera::setStreaming(bool streaming)
     });
 }
 
-ZebErrorType SimCamera::injectFault(SimControl::FaultKind kind, uint32_t nth, ZebErrorType code)
+ZebErrorType SimCamera::setIllumination(double percent)
 {
     return locked([&] {
-        faults_.arm(kind, nth, code);
+        if (!plugged_)
+            return ZebErrorBadHandle;
+        state_.lightPercent = percent;
+        return ZebErrorSuccess;
+    });
+}
+
+ZebErrorType SimCamera::injectFault(SimControl::FaultKind kind, uint32_t nth, ZebErrorType code, uint32_t times)
+{
+    return locked([&] {
+        faults_.arm(kind, nth, code, times);
         return ZebErrorSuccess;
     });
 }

@@ -58,7 +58,8 @@ public:
     // Test control.
     ZebErrorType setPermittedAccess(AccessModeType access);
     ZebErrorType setStreaming(bool streaming);
-    ZebErrorType injectFault(SimControl::FaultKind kind, uint32_t nth, ZebErrorType code);
+    ZebErrorType setIllumination(double percent);
+    ZebErrorType injectFault(SimControl::FaultKind kind, uint32_t nth, ZebErrorType code, uint32_t times);
     ZebErrorType disconnectAfterBytes(uint64_t bytes);
     ZebErrorType clearFaults();
     std::vector<SimControl::SimDefect> defects() const;

@@ -24,6 +24,7 @@ struct SimCameraState {
     bool streaming = false;
     double exposureUs = 10000;
     double lightPercent = 0;
+    double gainDb = 0;
     int64_t pixelFormat = 0;
     int64_t userSet = 0;
     bool correctionEnabled = true;

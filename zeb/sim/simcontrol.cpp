@@ -76,11 +76,20 @@ ZebErrorType SetStreaming(const std::string& camera, bool streaming)
     return onCamera(camera, [&](SimCamera& c) { return c.setStreaming(streaming); });
 }
 
-ZebErrorType InjectFault(const std::string& camera, FaultKind kind, uint32_t nth, ZebErrorType code)
+ZebErrorType SetIllumination(const std::string& camera, double percent)
 {
-    if (nth == 0 || code == ZebErrorSuccess || kind < FaultKind::FeatureRead || kind > FaultKind::ShortWrite)
+    if (!(percent >= 0 && percent <= 100))
+        return ZebErrorInvalidValue;
+    return onCamera(camera, [&](SimCamera& c) { return c.setIllumination(percent); });
+}
+
+ZebErrorType InjectFault(const std::string& camera, FaultKind kind, uint32_t nth, ZebErrorType code,
+                         uint32_t times)
+{
+    if (nth == 0 || times == 0 || code == ZebErrorSuccess || kind < FaultKind::FeatureRead
+        || kind > FaultKind::Acquisition)
         return ZebErrorBadParameter;
-    return onCamera(camera, [&](SimCamera& c) { return c.injectFault(kind, nth, code); });
+    return onCamera(camera, [&](SimCamera& c) { return c.injectFault(kind, nth, code, times); });
 }
 
 ZebErrorType DisconnectAfterBytes(const std::string& camera, uint64_t bytes)
@@ -104,6 +113,10 @@ const char* DefectKindName(DefectKind kind)
         return "stuck";
     case DefectKind::Cluster:
         return "cluster";
+    case DefectKind::Weak:
+        return "weak";
+    case DefectKind::Border:
+        return "border";
     }
     return "";
 }

@@ -44,29 +44,38 @@ enum class FaultKind {
     Open,
     Close,
     FileStatus,   // a file operation: its command completes, FileOperationStatus says Failure
-    ShortWrite    // a file Write: only half of the bytes are taken, as FileOperationResult says
+    ShortWrite,   // a file Write: only half of the bytes are taken, as FileOperationResult says
+    Acquisition   // AcquireSingleImage
 };
 
-// The n-th (1 = the next) operation of this kind fails with the given code and
-// changes nothing. Faults of different kinds may be armed together.
-ZebErrorType InjectFault(const std::string& camera, FaultKind kind, uint32_t nth, ZebErrorType code);
+// The n-th (1 = the next) operation of this kind, and the times - 1 after it,
+// fail with the given code and change nothing. Faults of different kinds may be
+// armed together.
+ZebErrorType InjectFault(const std::string& camera, FaultKind kind, uint32_t nth, ZebErrorType code,
+                         uint32_t times = 1);
 // The camera disappears once `bytes` more bytes moved through FileAccessBuffer or
 // device memory: the transfer that crosses the limit fails, every later call on
 // the camera fails with ZebErrorBadHandle and the observers hear of the unplug.
 ZebErrorType DisconnectAfterBytes(const std::string& camera, uint64_t bytes);
 ZebErrorType ClearFaults(const std::string& camera);
 
-enum class DefectKind { Hot, Dead, Stuck, Cluster };
+// The light falling on a camera's sensor, in percent of full light (0 = dark,
+// a covered lens); the same value as the camera's "SimLightLevel" feature.
+ZebErrorType SetIllumination(const std::string& camera, double percent);
+
+enum class DefectKind { Hot, Dead, Stuck, Cluster, Weak, Border };
 
 // One seeded defect pixel of a sensor. Cluster pixels are hot pixels that lie
-// next to each other.
+// next to each other; weak pixels take 10 % less light than their neighbours and
+// look normal in the dark; border pixels are hot pixels in the outermost rows
+// and columns.
 struct SimDefect {
     uint32_t x = 0;
     uint32_t y = 0;
     DefectKind kind = DefectKind::Hot;
 };
 
-// "hot", "dead", "stuck", "cluster".
+// "hot", "dead", "stuck", "cluster", "weak", "border".
 const char* DefectKindName(DefectKind kind);
 
 ZebErrorType GetDefects(const std::string& camera, std::vector<SimDefect>& defects);

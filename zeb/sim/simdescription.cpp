@@ -70,14 +70,19 @@ SimSensorDescription sensorFrom(const json& j)
     s.dead = number(j, "dead", s.dead);
     s.stuck = number(j, "stuck", s.stuck);
     s.clusters = number(j, "clusters", s.clusters);
+    s.weak = number(j, "weak", s.weak);
+    s.border = number(j, "border", s.border);
+    s.bitDepth = number(j, "bitDepth", s.bitDepth);
     for (const double level : {s.darkLevel, s.brightLevel, s.noise}) {
         if (level < 0 || level > 65535)
             throw std::invalid_argument("sensor levels and noise must be 0 to 65535");
     }
-    for (const uint32_t count : {s.hot, s.dead, s.stuck, s.clusters}) {
+    for (const uint32_t count : {s.hot, s.dead, s.stuck, s.clusters, s.weak, s.border}) {
         if (count > kMaxDefectsPerKind)
             throw std::invalid_argument("a sensor has at most 4096 defects of each kind");
     }
+    if (s.bitDepth != 8 && s.bitDepth != 10 && s.bitDepth != 12 && s.bitDepth != 16)
+        throw std::invalid_argument("sensor bit depth must be 8, 10, 12 or 16");
     if (s.width < 32 || s.height < 32 || s.width > 16384 || s.height > 16384 || s.width % 4 != 0)
         throw std::invalid_argument("sensor size must be 32 to 16384, width a multiple of 4");
     if (s.colorFilter != "None" && s.colorFilter != "BayerRG" && s.colorFilter != "BayerGR"
@@ -123,6 +128,7 @@ SimCameraDescription cameraFrom(const json& j)
     if (j.contains("mapMaxSizeReported"))
         c.mapMaxSizeReported = number(j, "mapMaxSizeReported", uint32_t(0));
     c.factoryMapSize = number(j, "factoryMapSize", c.factoryMapSize);
+    c.hasStreams = j.value("streams", c.hasStreams);
     if (j.contains("slotChunkIds")) {
         for (const json& id : j.at("slotChunkIds").get<std::vector<json>>())
             c.slotChunkIds.push_back(numberFrom<uint32_t>(id, "slotChunkIds"));

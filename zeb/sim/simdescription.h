@@ -26,7 +26,8 @@
 //                  "sensor": { "width", "height", "colorFilter": "None" | "BayerRG" |
 //                              "BayerGR" | "BayerGB" | "BayerBG", "darkLevel",
 //                              "brightLevel", "noise", "seed", "hot", "dead", "stuck",
-//                              "clusters" } } ] }
+//                              "clusters", "weak", "border", "bitDepth": 8 | 10 | 12 | 16 },
+//                  "streams" (false: a camera without image streams) } ] }
 //
 // Every camera field but id, model, serial and interface has the default below.
 
@@ -66,6 +67,9 @@ struct SimSensorDescription {
     uint32_t dead = 6;
     uint32_t stuck = 3;
     uint32_t clusters = 2;
+    uint32_t weak = 0;                // pixels 10 % less sensitive to light
+    uint32_t border = 0;              // hot pixels in the outermost rows and columns
+    uint32_t bitDepth = 8;            // 10, 12, 16: frames of two bytes per pixel
 };
 
 struct SimCameraDescription {
@@ -91,6 +95,7 @@ struct SimCameraDescription {
     uint32_t fileOperationDelayMs = 0;
     bool fileFailuresInStatus = false; // only FileOperationStatus tells of a failed operation
     bool hasPixelColorFilter = true;
+    bool hasStreams = true;
     std::vector<SimFileDescription> files;
     SimSensorDescription sensor;
 };

@@ -37,7 +37,10 @@ ZebErrorType SimDevice::writeMemory(uint64_t address, const uint8_t* buffer, uin
 ZebErrorType SimDevice::streams(std::vector<StreamBackendPtr>& streams)
 {
     const ZebErrorType err = camera_->requireOpen(connection());
-    if (err == ZebErrorSuccess)
+    if (err != ZebErrorSuccess)
+        return err;
+    streams.clear();
+    if (camera_->description().hasStreams)
         streams = {std::make_shared<SimStream>(camera_, connection_, identity_.id + "-stream0")};
     return err;
 }

@@ -2,9 +2,9 @@
 
 namespace ZebCPP {
 
-void SimFaults::arm(SimControl::FaultKind kind, uint32_t nth, ZebErrorType code)
+void SimFaults::arm(SimControl::FaultKind kind, uint32_t nth, ZebErrorType code, uint32_t times)
 {
-    armed_[static_cast<size_t>(kind)] = {nth, code};
+    armed_[static_cast<size_t>(kind)] = {nth, code, times == 0 ? 1 : times};
 }
 
 void SimFaults::clear()
@@ -18,6 +18,8 @@ ZebErrorType SimFaults::hit(SimControl::FaultKind kind)
     Armed& armed = armed_[static_cast<size_t>(kind)];
     if (armed.remaining == 0 || --armed.remaining > 0)
         return ZebErrorSuccess;
+    if (--armed.times > 0)
+        armed.remaining = 1; // the next one fails too
     return armed.code;
 }
 

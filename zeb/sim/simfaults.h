@@ -10,7 +10,7 @@ namespace ZebCPP {
 // Faults armed on one simulated camera by the test control.
 class SimFaults {
 public:
-    void arm(SimControl::FaultKind kind, uint32_t nth, ZebErrorType code);
+    void arm(SimControl::FaultKind kind, uint32_t nth, ZebErrorType code, uint32_t times = 1);
     void disconnectAfter(uint64_t bytes) { byteBudget_ = bytes; }
     void clear();
 
@@ -23,8 +23,9 @@ private:
     struct Armed {
         uint32_t remaining = 0; // 0 = nothing armed
         ZebErrorType code = ZebErrorSuccess;
+        uint32_t times = 1;     // operations in a row that fail
     };
-    std::array<Armed, 9> armed_{};
+    std::array<Armed, 10> armed_{};
     std::optional<uint64_t> byteBudget_;
 };
 

@@ -89,7 +89,7 @@ void addImageFeatures(Table& table, SimCameraState& s)
 {
     const std::string& filter = s.description.sensor.colorFilter;
     SimFeatureDef& format = add(table, "PixelFormat", FeatureDataEnum);
-    format.entries = {filter == "None" ? std::string("Mono8") : filter + "8"};
+    format.entries = {(filter == "None" ? std::string("Mono") : filter) + std::to_string(s.description.sensor.bitDepth)};
     format.lockable = true;
     bindInt(format, s.pixelFormat, 0, 0);
 
@@ -104,6 +104,7 @@ void addImageFeatures(Table& table, SimCameraState& s)
         };
     }
     floatValue(table, "ExposureTime", s.exposureUs, 10, 1e6);
+    floatValue(table, "Gain", s.gainDb, 0, 24);
     floatValue(table, "SimLightLevel", s.lightPercent, 0, 100);
 
     SimFeatureDef& start = add(table, "AcquisitionStart", FeatureDataCommand);

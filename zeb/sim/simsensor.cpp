@@ -12,7 +12,6 @@ namespace {
 using SimControl::DefectKind;
 
 constexpr uint32_t kSpacing = 16;
-constexpr uint32_t kBorder = 2;
 
 // Noise must be reproducible per frame and pixel without a stored generator.
 uint64_t mix(uint64_t x)
@@ -30,9 +29,9 @@ SimSensor::SimSensor(const SimSensorDescription& description) : d_(description)
     seedDefects();
 }
 
-bool SimSensor::placeable(uint32_t x, uint32_t y, uint32_t length) const
+bool SimSensor::placeable(uint32_t x, uint32_t y, uint32_t length, uint32_t border) const
 {
-    if (x < kBorder || y < kBorder || x + length + kBorder > d_.width || y + kBorder >= d_.height)
+    if (x < border || y < border || x + length + border > d_.width || y + border >= d_.height)
         return false;
     for (const SimControl::SimDefect& other : defects_) {
         const uint32_t dx = other.x + kSpacing > x && other.x < x + length + kSpacing
@@ -84,6 +83,22 @@ void SimSensor::seedDefects()
                 add(x + k, y, DefectKind::Cluster, hotLevel());
         });
     }
+    // Kinds added later are seeded after the others, so that sensors described
+    // before keep their defects where they were.
+    for (uint32_t i = 0; i < d_.weak; ++i)
+        place(1, [&](uint32_t x, uint32_t y) { add(x, y, DefectKind::Weak, 0.9); });
+    for (uint32_t i = 0; i < d_.border; ++i) {
+        for (int attempt = 0; attempt < 2000; ++attempt) {
+            const uint32_t along = static_cast<uint32_t>(random());
+            const uint32_t side = static_cast<uint32_t>(random() % 4);
+            const uint32_t x = side == 0 ? 0 : side == 1 ? d_.width - 1 : along % d_.width;
+            const uint32_t y = side == 2 ? 0 : side == 3 ? d_.height - 1 : along % d_.height;
+            if (placeable(x, y, 1, 0)) {
+                add(x, y, DefectKind::Border, hotLevel());
+                break;
+            }
+        }
+    }
 }
 
 // Bayer channels differ a little in sensitivity, as behind a real filter.
@@ -104,9 +119,11 @@ double SimSensor::response(uint32_t x, uint32_t y) const
     }
 }
 
-std::vector<uint8_t> SimSensor::frame(uint64_t frameIndex, double exposureUs, double lightPercent) const
+std::vector<uint8_t> SimSensor::frame(uint64_t frameIndex, double exposureUs, double lightPercent,
+                                      double gainDb) const
 {
     const double signal = d_.brightLevel * (lightPercent / 100.0) * (exposureUs / 10000.0);
+    const double gain = gainDb == 0 ? 1.0 : std::pow(10.0, gainDb / 20.0);
     std::vector<double> value(size_t(d_.width) * d_.height);
     for (uint32_t y = 0; y < d_.height; ++y) {
         const double rowSignal[2] = {signal * response(0, y), signal * response(1, y)};
@@ -117,7 +134,11 @@ std::vector<uint8_t> SimSensor::frame(uint64_t frameIndex, double exposureUs, do
         switch (p.kind) {
         case DefectKind::Hot:
         case DefectKind::Cluster:
+        case DefectKind::Border:
             value[p.index] += p.level;
+            break;
+        case DefectKind::Weak:
+            value[p.index] = d_.darkLevel + (value[p.index] - d_.darkLevel) * p.level;
             break;
         case DefectKind::Dead:
             value[p.index] = d_.darkLevel;
@@ -128,11 +149,20 @@ std::vector<uint8_t> SimSensor::frame(uint64_t frameIndex, double exposureUs, do
         }
     }
     const uint64_t frameSeed = mix(d_.seed ^ mix(frameIndex));
-    std::vector<uint8_t> pixels(value.size());
+    const bool wide = d_.bitDepth > 8;
+    const double scale = double(1u << (d_.bitDepth - 8));
+    const long top = (1l << d_.bitDepth) - 1;
+    std::vector<uint8_t> pixels(value.size() * (wide ? 2 : 1));
     for (size_t i = 0; i < value.size(); ++i) {
         const double unit = double(mix(frameSeed + i) >> 11) / double(1ull << 53); // [0, 1)
-        const double v = value[i] + (unit * 2.0 - 1.0) * d_.noise;
-        pixels[i] = static_cast<uint8_t>(std::clamp(std::lround(v), 0l, 255l));
+        const double v = (value[i] + (unit * 2.0 - 1.0) * d_.noise) * gain;
+        if (!wide) {
+            pixels[i] = static_cast<uint8_t>(std::clamp(std::lround(v), 0l, 255l));
+            continue;
+        }
+        const auto w = static_cast<uint16_t>(std::clamp(std::lround(v * scale), 0l, top));
+        pixels[2 * i] = static_cast<uint8_t>(w & 0xFF);
+        pixels[2 * i + 1] = static_cast<uint8_t>(w >> 8);
     }
     return pixels;
 }
