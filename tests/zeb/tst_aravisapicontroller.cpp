@@ -1,5 +1,6 @@
 #include "ApiController.h"
 #include "fakegvcamera.h"
+#include "framecapture.h"
 #include "uxcamera.h"
 #include "uxcamerafeature.h"
 #include "uxcameramanager.h"
@@ -20,6 +21,7 @@ private slots:
     void cameraInfoDescribesTheGigEVisionCamera();
     void mapFeaturesAreReadThroughTheCameraLayer();
     void fileAccessRunsOverTheWire();
+    void captureTakesFramesOverTheWire();
 
 private:
     FakeGv::Camera fake_;
@@ -139,6 +141,32 @@ void TestAravisApiController::fileAccessRunsOverTheWire()
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QByteArray bytes = file.readAll();
     QCOMPARE(std::vector<unsigned char>(bytes.begin(), bytes.end()), map);
+    QVERIFY(manager.Close(FakeGv::kExtendedId));
+}
+
+void TestAravisApiController::captureTakesFramesOverTheWire()
+{
+    UxCameraManager manager(controller_);
+    std::unique_ptr<UxCamera> camera(manager.Open(FakeGv::kExtendedId));
+    QVERIFY(camera);
+    UxCameraFeature* features = camera->GetFeatureContainer();
+    QVERIFY(features->SetValue("Width", 64));
+    QVERIFY(features->SetValue("Height", 48));
+    FrameCapture capture(camera->GetCameraPtr());
+    QCOMPARE(capture.unavailableReason(), QString());
+    const std::optional<double> exposure = capture.exposureTime();
+    QVERIFY(exposure);
+    FrameCaptureSettings settings;
+    settings.frames = 3;
+    settings.exposureTime = *exposure + 1000;
+    std::vector<uint32_t> sizes;
+    const CaptureOutcome outcome = capture.run(settings, [&](const CapturedFrame& frame, int) {
+        sizes.push_back(frame.width * frame.height);
+        return frame.pixels.size() == size_t(frame.width) * frame.height;
+    });
+    QCOMPARE(outcome.end, CaptureEnd::Completed);
+    QCOMPARE(sizes, std::vector<uint32_t>(3, 64u * 48u));
+    QCOMPARE(capture.exposureTime(), exposure);
     QVERIFY(manager.Close(FakeGv::kExtendedId));
 }
 
