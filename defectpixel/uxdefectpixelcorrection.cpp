@@ -57,6 +57,7 @@ UXCDefectPixelCorrection::UXCDefectPixelCorrection(QWidget* parent)
     connect(ui->cmbDefectPixelMapSelector, QOverload<int>::of(&QComboBox::activated), this,
             &UXCDefectPixelCorrection::enableButtons);
     setupFeedback();
+    bindCaptureControls();
 }
 
 UXCDefectPixelCorrection::~UXCDefectPixelCorrection()
@@ -100,6 +101,7 @@ bool UXCDefectPixelCorrection::Init(UxCamera* camera)
     m_features = camera->GetFeatureContainer();
     setEndianess(camera->IsBigEndian());
     m_saveImageDir = UXCSettings::getInstance()->Get("Directory", "SaveImageDir").toString();
+    bindCaptureCamera();
 
     detectColor();
     ui->tabWidget->setTabVisible(1, !m_isColor);
@@ -188,6 +190,7 @@ void UXCDefectPixelCorrection::Reset()
         && (m_fileTask.isCanceled() || m_fileTask.resultCount() == 0 || !m_fileTask.result()))
         closeDeviceFile();
     m_fileTaskUnreported = false;
+    stopCapture();
     if (m_finishFileTaskConnected) {
         disconnect(&m_fileTaskWatcher, &QFutureWatcher<bool>::finished, this,
                    &UXCDefectPixelCorrection::finishFileTask);

@@ -23,6 +23,7 @@ struct LocalMapCheck;
 class QProgressDialog;
 class QSettings;
 class UXCDialogs;
+class UXCFrameCaptureControl;
 class UxCamera;
 class UxCameraFeature;
 
@@ -114,6 +115,8 @@ public:
     bool isBigEndian() const { return m_bigEndian; }
     bool isFileTaskRunning() const { return m_fileTask.isRunning(); }
     bool isMapStale() const { return m_mapStale; }
+    // The capture control of a series tab.
+    UXCFrameCaptureControl* captureControl(int kind) const;
 
 public slots:
     void progressBar_valueChanged(long remaining, QString fileName, QString fileOperation);
@@ -158,6 +161,12 @@ private:
     void closeDeviceFile();
     void log(const QString& message, LogType type);
     UXCDialogs& dialogs() const;
+    // Capture from the camera (uxdefectpixelcorrection_capture.cpp).
+    void bindCaptureControls();
+    void bindCaptureCamera();
+    void stopCapture();
+    void addCapturedImage(const QString& path, int kind);
+    void finishCapture(int kind, int end, int frames, const QString& message);
 
     // Feedback beside the log lines (uxdefectpixelcorrection_feedback.cpp).
     void setupFeedback();
@@ -206,4 +215,6 @@ private:
     QLabel* m_mapNote = nullptr;   // out-of-date or cut-short note beside the count
     QString m_savedFile;           // file the last save wrote, empty when cancelled
     std::function<QString()> m_transferSuccess; // status line of the running file task when it succeeds
+    UXCFrameCaptureControl* m_captureDark = nullptr;
+    UXCFrameCaptureControl* m_captureBright = nullptr;
 };

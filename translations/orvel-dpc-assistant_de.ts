@@ -1,5 +1,4 @@
-<?xml version="1.0" encoding="utf-8"?>
-<!DOCTYPE TS>
+<?xml version='1.0' encoding='utf-8'?>
 <TS version="2.1" language="de_DE">
 <context>
     <name>ApiController</name>
@@ -207,12 +206,12 @@
     <name>BatchCommandLine</name>
     <message>
         <source>Generates the defect pixel map of many cameras at once, as the assistant does for one:
-reads each camera&apos;s dark and bright bitmap series from folders, builds the map with the
-assistant&apos;s thresholds and correction codes, optionally saves it, uploads it into a map
+reads each camera's dark and bright bitmap series from folders, builds the map with the
+assistant's thresholds and correction codes, optionally saves it, uploads it into a map
 slot and reads the slot back to verify it. One worker per camera; a failing camera does
 not stop the others. Writes a JSON report of the run and one line per camera.
 Exit status: 0 when every camera succeeded, 1 when one failed, 2 for a wrong command line.
-Paths may contain {serial}, {model} and {id} (the camera&apos;s plain ID).
+Paths may contain {serial}, {model} and {id} (the camera's plain ID).
 Cameras come from the camera SDK: ZEB_SIM_CAMERAS names simulated cameras,
 ZEB_GEV_ADDRESSES limits GigE Vision discovery to the given addresses.</source>
         <translation>Erzeugt die Defektpixelkarte vieler Kameras auf einmal, wie der Assistent für eine:
@@ -254,7 +253,7 @@ ZEB_GEV_ADDRESSES beschränkt die GigE-Vision-Suche auf die angegebenen Adressen
         <translation>Wählt jede kompatible Kamera.</translation>
     </message>
     <message>
-        <source>The camera&apos;s dark bitmaps: a folder (all *.bmp in it) or a folder and a file name pattern such as images/{serial}/dark_*.bmp; taken in name order.</source>
+        <source>The camera's dark bitmaps: a folder (all *.bmp in it) or a folder and a file name pattern such as images/{serial}/dark_*.bmp; taken in name order.</source>
         <translation>Die dunklen Bitmaps der Kamera: ein Ordner (alle *.bmp darin) oder ein Ordner mit Dateinamensmuster wie images/{serial}/dark_*.bmp; in Namensreihenfolge genommen.</translation>
     </message>
     <message>
@@ -262,7 +261,7 @@ ZEB_GEV_ADDRESSES beschränkt die GigE-Vision-Suche auf die angegebenen Adressen
         <translation>Pfad</translation>
     </message>
     <message>
-        <source>The camera&apos;s bright bitmaps, given like --dark (monochrome cameras; colour cameras use the dark series only).</source>
+        <source>The camera's bright bitmaps, given like --dark (monochrome cameras; colour cameras use the dark series only).</source>
         <translation>Die hellen Bitmaps der Kamera, angegeben wie --dark (Monochromkameras; Farbkameras nutzen nur die dunkle Serie).</translation>
     </message>
     <message>
@@ -377,12 +376,12 @@ ZEB_GEV_ADDRESSES beschränkt die GigE-Vision-Suche auf die angegebenen Adressen
         <translation>Serien prüfen</translation>
     </message>
     <message>
-        <source>The folder &apos;%1&apos; does not exist.</source>
-        <translation>Der Ordner &apos;%1&apos; existiert nicht.</translation>
+        <source>The folder '%1' does not exist.</source>
+        <translation>Der Ordner '%1' existiert nicht.</translation>
     </message>
     <message>
-        <source>No image in &apos;%1&apos; matches %2.</source>
-        <translation>Kein Bild in &apos;%1&apos; passt zu %2.</translation>
+        <source>No image in '%1' matches %2.</source>
+        <translation>Kein Bild in '%1' passt zu %2.</translation>
     </message>
     <message>
         <source>A colour camera needs a dark series (--dark).</source>
@@ -405,20 +404,20 @@ ZEB_GEV_ADDRESSES beschränkt die GigE-Vision-Suche auf die angegebenen Adressen
         <translation>hell</translation>
     </message>
     <message>
-        <source>Loading image &apos;%1&apos; failed.</source>
-        <translation>Laden des Bildes &apos;%1&apos; fehlgeschlagen.</translation>
+        <source>Loading image '%1' failed.</source>
+        <translation>Laden des Bildes '%1' fehlgeschlagen.</translation>
     </message>
     <message>
-        <source>Loading &apos;%1&apos;: Image format not supported.</source>
-        <translation>Laden von &apos;%1&apos;: Bildformat nicht unterstützt.</translation>
+        <source>Loading '%1': Image format not supported.</source>
+        <translation>Laden von '%1': Bildformat nicht unterstützt.</translation>
     </message>
     <message>
-        <source>Loading &apos;%1&apos;: incompatible image.</source>
-        <translation>Laden von &apos;%1&apos;: inkompatibles Bild.</translation>
+        <source>Loading '%1': incompatible image.</source>
+        <translation>Laden von '%1': inkompatibles Bild.</translation>
     </message>
     <message>
-        <source>Loading &apos;%1&apos;: out of memory.</source>
-        <translation>Laden von &apos;%1&apos;: nicht genügend Speicher.</translation>
+        <source>Loading '%1': out of memory.</source>
+        <translation>Laden von '%1': nicht genügend Speicher.</translation>
     </message>
     <message>
         <source>generating</source>
@@ -429,7 +428,7 @@ ZEB_GEV_ADDRESSES beschränkt die GigE-Vision-Suche auf die angegebenen Adressen
         <translation>Karte erzeugen fehlgeschlagen: Bildparameter fehlen</translation>
     </message>
     <message>
-        <source>The map holds the first %1 of %2 flagged pixels (the camera&apos;s maximum).</source>
+        <source>The map holds the first %1 of %2 flagged pixels (the camera's maximum).</source>
         <translation>Die Karte enthält die ersten %1 von %2 markierten Pixeln (das Maximum der Kamera).</translation>
     </message>
     <message>
@@ -441,24 +440,24 @@ ZEB_GEV_ADDRESSES beschränkt die GigE-Vision-Suche auf die angegebenen Adressen
         <translation>speichern</translation>
     </message>
     <message>
-        <source>The folder &apos;%1&apos; cannot be created.</source>
-        <translation>Der Ordner &apos;%1&apos; kann nicht angelegt werden.</translation>
+        <source>The folder '%1' cannot be created.</source>
+        <translation>Der Ordner '%1' kann nicht angelegt werden.</translation>
     </message>
     <message>
         <source>Save to file failed!</source>
         <translation>Speichern in Datei fehlgeschlagen!</translation>
     </message>
     <message>
-        <source>The camera has no map slot &apos;%1&apos; (it offers %2).</source>
-        <translation>Die Kamera hat keinen Kartenplatz &apos;%1&apos; (sie bietet %2).</translation>
+        <source>The camera has no map slot '%1' (it offers %2).</source>
+        <translation>Die Kamera hat keinen Kartenplatz '%1' (sie bietet %2).</translation>
     </message>
     <message>
-        <source>The map slot &apos;%1&apos; is write-protected (factory map).</source>
-        <translation>Der Kartenplatz &apos;%1&apos; ist schreibgeschützt (Werkskarte).</translation>
+        <source>The map slot '%1' is write-protected (factory map).</source>
+        <translation>Der Kartenplatz '%1' ist schreibgeschützt (Werkskarte).</translation>
     </message>
     <message>
-        <source>Not uploaded: confirm with --yes that the map overwrites the selected map &apos;%1&apos;.</source>
-        <translation>Nicht hochgeladen: bestätigen Sie mit --yes, dass die Karte die gewählte Karte &apos;%1&apos; überschreibt.</translation>
+        <source>Not uploaded: confirm with --yes that the map overwrites the selected map '%1'.</source>
+        <translation>Nicht hochgeladen: bestätigen Sie mit --yes, dass die Karte die gewählte Karte '%1' überschreibt.</translation>
     </message>
     <message>
         <source>Stop streaming before uploading map to camera.</source>
@@ -477,19 +476,19 @@ ZEB_GEV_ADDRESSES beschränkt die GigE-Vision-Suche auf die angegebenen Adressen
         <translation>prüfen</translation>
     </message>
     <message>
-        <source>The slot &apos;%1&apos; holds %2 entries, %3 expected; they first differ at entry %4.</source>
-        <translation>Der Platz &apos;%1&apos; enthält %2 Einträge, erwartet %3; sie unterscheiden sich zuerst bei Eintrag %4.</translation>
+        <source>The slot '%1' holds %2 entries, %3 expected; they first differ at entry %4.</source>
+        <translation>Der Platz '%1' enthält %2 Einträge, erwartet %3; sie unterscheiden sich zuerst bei Eintrag %4.</translation>
     </message>
 </context>
 <context>
     <name>BatchRun</name>
     <message>
-        <source>No camera has the ID or serial number &apos;%1&apos;.</source>
-        <translation>Keine Kamera hat die ID oder Seriennummer &apos;%1&apos;.</translation>
+        <source>No camera has the ID or serial number '%1'.</source>
+        <translation>Keine Kamera hat die ID oder Seriennummer '%1'.</translation>
     </message>
     <message>
-        <source>No camera model matches &apos;%1&apos;.</source>
-        <translation>Kein Kameramodell passt zu &apos;%1&apos;.</translation>
+        <source>No camera model matches '%1'.</source>
+        <translation>Kein Kameramodell passt zu '%1'.</translation>
     </message>
     <message>
         <source>No compatible camera was found.</source>
@@ -524,8 +523,8 @@ ZEB_GEV_ADDRESSES beschränkt die GigE-Vision-Suche auf die angegebenen Adressen
         <translation>Die Kamera kann nicht geöffnet werden (belegt oder fort).</translation>
     </message>
     <message>
-        <source>The report cannot be written to &apos;%1&apos;.</source>
-        <translation>Der Bericht kann nicht nach &apos;%1&apos; geschrieben werden.</translation>
+        <source>The report cannot be written to '%1'.</source>
+        <translation>Der Bericht kann nicht nach '%1' geschrieben werden.</translation>
     </message>
     <message>
         <source>%1 of %2 cameras succeeded.</source>
@@ -598,7 +597,19 @@ ZEB_GEV_ADDRESSES beschränkt die GigE-Vision-Suche auf die angegebenen Adressen
         <source>&amp;Close Camera</source>
         <translation>Kamera &amp;schließen</translation>
     </message>
-</context>
+<message>
+        <source>Open Selected Camera</source>
+        <translation>Ausgewählte Kamera öffnen</translation>
+    </message>
+    <message>
+        <source>Refresh</source>
+        <translation>Aktualisieren</translation>
+    </message>
+    <message>
+        <source>Close Camera</source>
+        <translation>Kamera schließen</translation>
+    </message>
+    </context>
 <context>
     <name>ImageSeries</name>
     <message>
@@ -618,7 +629,7 @@ ZEB_GEV_ADDRESSES beschränkt die GigE-Vision-Suche auf die angegebenen Adressen
         <translation>Die Bittiefe %1 wird für diese Kamera nicht unterstützt.</translation>
     </message>
     <message>
-        <source>Size %1×%2 differs from the series&apos; %3×%4.</source>
+        <source>Size %1×%2 differs from the series' %3×%4.</source>
         <translation>Die Größe %1×%2 weicht von der Größe der Serie (%3×%4) ab.</translation>
     </message>
     <message>
@@ -633,24 +644,24 @@ ZEB_GEV_ADDRESSES beschränkt die GigE-Vision-Suche auf die angegebenen Adressen
         <translation>Die Kamera bietet keinen Kartenplatz für Defektpixel.</translation>
     </message>
     <message>
-        <source>The map slot &apos;%1&apos; is write-protected (factory map).</source>
-        <translation>Der Kartenplatz &apos;%1&apos; ist schreibgeschützt (Werkskarte).</translation>
+        <source>The map slot '%1' is write-protected (factory map).</source>
+        <translation>Der Kartenplatz '%1' ist schreibgeschützt (Werkskarte).</translation>
     </message>
     <message>
         <source>The map container could not be built.</source>
         <translation>Der Kartencontainer konnte nicht erstellt werden.</translation>
     </message>
     <message>
-        <source>The transfer into &apos;%1&apos; failed.</source>
-        <translation>Die Übertragung nach &apos;%1&apos; ist fehlgeschlagen.</translation>
+        <source>The transfer into '%1' failed.</source>
+        <translation>Die Übertragung nach '%1' ist fehlgeschlagen.</translation>
     </message>
     <message>
-        <source>Only %1 of %2 bytes reached &apos;%3&apos;.</source>
-        <translation>Nur %1 von %2 Bytes erreichten &apos;%3&apos;.</translation>
+        <source>Only %1 of %2 bytes reached '%3'.</source>
+        <translation>Nur %1 von %2 Bytes erreichten '%3'.</translation>
     </message>
     <message>
-        <source>The map slot &apos;%1&apos; cannot be selected.</source>
-        <translation>Der Kartenplatz &apos;%1&apos; kann nicht gewählt werden.</translation>
+        <source>The map slot '%1' cannot be selected.</source>
+        <translation>Der Kartenplatz '%1' kann nicht gewählt werden.</translation>
     </message>
     <message>
         <source>Upload failed: upload to factory map is protected!</source>
@@ -673,24 +684,24 @@ ZEB_GEV_ADDRESSES beschränkt die GigE-Vision-Suche auf die angegebenen Adressen
         <translation>Die Kamera hat nicht die ganze Karte übernommen.</translation>
     </message>
     <message>
-        <source>The map size of &apos;%1&apos; cannot be read.</source>
-        <translation>Die Kartengröße von &apos;%1&apos; kann nicht gelesen werden.</translation>
+        <source>The map size of '%1' cannot be read.</source>
+        <translation>Die Kartengröße von '%1' kann nicht gelesen werden.</translation>
     </message>
     <message>
         <source>Reading the map registers failed.</source>
         <translation>Lesen der Kartenregister fehlgeschlagen.</translation>
     </message>
     <message>
-        <source>The map slot &apos;%1&apos; cannot be read.</source>
-        <translation>Der Kartenplatz &apos;%1&apos; kann nicht gelesen werden.</translation>
+        <source>The map slot '%1' cannot be read.</source>
+        <translation>Der Kartenplatz '%1' kann nicht gelesen werden.</translation>
     </message>
     <message>
-        <source>The download of &apos;%1&apos; failed.</source>
-        <translation>Das Herunterladen von &apos;%1&apos; ist fehlgeschlagen.</translation>
+        <source>The download of '%1' failed.</source>
+        <translation>Das Herunterladen von '%1' ist fehlgeschlagen.</translation>
     </message>
     <message>
-        <source>The map read back from &apos;%1&apos; is not a valid container.</source>
-        <translation>Die aus &apos;%1&apos; zurückgelesene Karte ist kein gültiger Container.</translation>
+        <source>The map read back from '%1' is not a valid container.</source>
+        <translation>Die aus '%1' zurückgelesene Karte ist kein gültiger Container.</translation>
     </message>
 </context>
 <context>
@@ -807,32 +818,32 @@ ZEB_GEV_ADDRESSES beschränkt die GigE-Vision-Suche auf die angegebenen Adressen
         <translation>%1 fehlgeschlagen!</translation>
     </message>
     <message>
-        <source>Loading image &apos;%1&apos; failed.</source>
-        <translation>Laden des Bildes &apos;%1&apos; fehlgeschlagen.</translation>
+        <source>Loading image '%1' failed.</source>
+        <translation>Laden des Bildes '%1' fehlgeschlagen.</translation>
     </message>
     <message>
         <source>%1: image format not supported!</source>
         <translation>%1: Bildformat nicht unterstützt!</translation>
     </message>
     <message>
-        <source>Loading &apos;%1&apos;: Image format not supported.</source>
-        <translation>Laden von &apos;%1&apos;: Bildformat nicht unterstützt.</translation>
+        <source>Loading '%1': Image format not supported.</source>
+        <translation>Laden von '%1': Bildformat nicht unterstützt.</translation>
     </message>
     <message>
         <source>%1: incompatible image!</source>
         <translation>%1: inkompatibles Bild!</translation>
     </message>
     <message>
-        <source>Loading &apos;%1&apos;: incompatible image.</source>
-        <translation>Laden von &apos;%1&apos;: inkompatibles Bild.</translation>
+        <source>Loading '%1': incompatible image.</source>
+        <translation>Laden von '%1': inkompatibles Bild.</translation>
     </message>
     <message>
         <source>Out of memory!</source>
         <translation>Nicht genügend Speicher!</translation>
     </message>
     <message>
-        <source>Loading &apos;%1&apos;: out of memory.</source>
-        <translation>Laden von &apos;%1&apos;: nicht genügend Speicher.</translation>
+        <source>Loading '%1': out of memory.</source>
+        <translation>Laden von '%1': nicht genügend Speicher.</translation>
     </message>
     <message>
         <source>Image paths</source>
@@ -1027,8 +1038,8 @@ ZEB_GEV_ADDRESSES beschränkt die GigE-Vision-Suche auf die angegebenen Adressen
         <translation>Speichern in Datei fehlgeschlagen!</translation>
     </message>
     <message>
-        <source>Upload Map: setting DefectPixelCorrection_MapSelect to &apos;%1&apos; failed!</source>
-        <translation>Karte hochladen: Setzen von DefectPixelCorrection_MapSelect auf &apos;%1&apos; fehlgeschlagen!</translation>
+        <source>Upload Map: setting DefectPixelCorrection_MapSelect to '%1' failed!</source>
+        <translation>Karte hochladen: Setzen von DefectPixelCorrection_MapSelect auf '%1' fehlgeschlagen!</translation>
     </message>
     <message>
         <source>Upload Map</source>
@@ -1043,9 +1054,9 @@ ZEB_GEV_ADDRESSES beschränkt die GigE-Vision-Suche auf die angegebenen Adressen
         <translation>Hochladen fehlgeschlagen: leere Karte!</translation>
     </message>
     <message>
-        <source>The uploaded map would overwrite the selected map &apos;%1&apos;.
+        <source>The uploaded map would overwrite the selected map '%1'.
 Start upload?</source>
-        <translation>Die hochgeladene Karte würde die ausgewählte Karte &apos;%1&apos; überschreiben.
+        <translation>Die hochgeladene Karte würde die ausgewählte Karte '%1' überschreiben.
 Hochladen starten?</translation>
     </message>
     <message>
@@ -1065,17 +1076,17 @@ Hochladen starten?</translation>
         <translation>Erzeugte Karte hochladen</translation>
     </message>
     <message>
-        <source>Upload Generated Map &apos;%1&apos;%2: %3 bytes written.</source>
-        <translation>Erzeugte Karte &apos;%1&apos; hochladen%2: %3 Bytes geschrieben.</translation>
+        <source>Upload Generated Map '%1'%2: %3 bytes written.</source>
+        <translation>Erzeugte Karte '%1' hochladen%2: %3 Bytes geschrieben.</translation>
     </message>
     <message>
         <source>Upload Local Map</source>
         <translation>Lokale Karte hochladen</translation>
     </message>
     <message>
-        <source>The uploaded map would overwrite the selected map &apos;%1&apos;.
+        <source>The uploaded map would overwrite the selected map '%1'.
 Do you want to proceed?</source>
-        <translation>Die hochgeladene Karte würde die ausgewählte Karte &apos;%1&apos; überschreiben.
+        <translation>Die hochgeladene Karte würde die ausgewählte Karte '%1' überschreiben.
 Möchten Sie fortfahren?</translation>
     </message>
     <message>
@@ -1095,8 +1106,8 @@ Möchten Sie fortfahren?</translation>
         <translation>Lokale Datei hochladen</translation>
     </message>
     <message>
-        <source>Upload Local File &apos;%1&apos;%2: %3 bytes written.</source>
-        <translation>Lokale Datei &apos;%1&apos; hochladen%2: %3 Bytes geschrieben.</translation>
+        <source>Upload Local File '%1'%2: %3 bytes written.</source>
+        <translation>Lokale Datei '%1' hochladen%2: %3 Bytes geschrieben.</translation>
     </message>
     <message>
         <source>Download device file %1.</source>
@@ -1221,7 +1232,7 @@ Trotzdem hochladen?</translation>
         </translation>
     </message>
     <message>
-        <source>%1 pixels flagged; only %2 fit into the camera&apos;s map. Raise the thresholds to flag fewer pixels.</source>
+        <source>%1 pixels flagged; only %2 fit into the camera's map. Raise the thresholds to flag fewer pixels.</source>
         <translation>%1 Pixel markiert; nur %2 passen in die Karte der Kamera. Erhöhen Sie die Schwellwerte, um weniger Pixel zu markieren.</translation>
     </message>
     <message>
@@ -1248,8 +1259,8 @@ Trotzdem hochladen?</translation>
         <translation>%1 enthält keinen gültigen Karteneintrag.</translation>
     </message>
     <message>
-        <source>The map of &apos;%1&apos; was left unchanged.</source>
-        <translation>Die Karte von &apos;%1&apos; blieb unverändert.</translation>
+        <source>The map of '%1' was left unchanged.</source>
+        <translation>Die Karte von '%1' blieb unverändert.</translation>
     </message>
     <message>
         <source>Upload Local Map refused: %1</source>
@@ -1274,17 +1285,17 @@ Trotzdem hochladen?</translation>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n entry(s) beyond the camera&apos;s maximum dropped</source>
+        <source>%n entry(s) beyond the camera's maximum dropped</source>
         <translation>
             <numerusform>%n Eintrag über dem Maximum der Kamera verworfen</numerusform>
             <numerusform>%n Einträge über dem Maximum der Kamera verworfen</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n entry(s) will be written to &apos;%1&apos;</source>
+        <source>%n entry(s) will be written to '%1'</source>
         <translation>
-            <numerusform>%n Eintrag wird nach &apos;%1&apos; geschrieben</numerusform>
-            <numerusform>%n Einträge werden nach &apos;%1&apos; geschrieben</numerusform>
+            <numerusform>%n Eintrag wird nach '%1' geschrieben</numerusform>
+            <numerusform>%n Einträge werden nach '%1' geschrieben</numerusform>
         </translation>
     </message>
     <message>
@@ -1335,6 +1346,135 @@ Trotzdem hochladen?</translation>
     <message>
         <source>%1 failed.</source>
         <translation>%1 fehlgeschlagen.</translation>
+    </message>
+<message>
+        <source>Capture</source>
+        <translation>Aufnahme</translation>
+    </message>
+    <message>
+        <source>Captured %1 bright image(s).</source>
+        <translation>%1 helle(s) Bild(er) aufgenommen.</translation>
+    </message>
+    <message>
+        <source>Captured %1 dark image(s).</source>
+        <translation>%1 dunkle(s) Bild(er) aufgenommen.</translation>
+    </message>
+    <message>
+        <source>Capture of bright images: %1</source>
+        <translation>Aufnahme heller Bilder: %1</translation>
+    </message>
+    <message>
+        <source>Capture of dark images: %1</source>
+        <translation>Aufnahme dunkler Bilder: %1</translation>
+    </message>
+</context>
+<context>
+    <name>FrameCapture</name>
+    <message>
+        <source>No camera is open.</source>
+        <translation>Es ist keine Kamera geöffnet.</translation>
+    </message>
+    <message>
+        <source>The camera has no image stream to capture from.</source>
+        <translation>Die Kamera hat keinen Bildstrom, aus dem aufgenommen werden kann.</translation>
+    </message>
+    <message>
+        <source>The camera's pixel format %1 cannot be captured; Mono and Bayer formats of 8, 10, 12 or 16 bits can.</source>
+        <translation>Das Pixelformat %1 der Kamera kann nicht aufgenommen werden; Mono- und Bayer-Formate mit 8, 10, 12 oder 16 Bit können es.</translation>
+    </message>
+    <message>
+        <source>The camera refused %1 = %2.</source>
+        <translation>Die Kamera hat %1 = %2 abgelehnt.</translation>
+    </message>
+    <message>
+        <source>The camera was disconnected during frame %1.</source>
+        <translation>Die Kamera wurde während Bild %1 getrennt.</translation>
+    </message>
+    <message>
+        <source>Frame %1 could not be acquired (error: %2).</source>
+        <translation>Bild %1 konnte nicht aufgenommen werden (Fehler: %2).</translation>
+    </message>
+    <message>
+        <source>Frame %1 has a pixel format that cannot be captured.</source>
+        <translation>Bild %1 hat ein Pixelformat, das nicht aufgenommen werden kann.</translation>
+    </message>
+    <message>
+        <source>Frame %1 timed out twice.</source>
+        <translation>Bild %1 hat zweimal die Zeit überschritten.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n frame(s) were kept.</source>
+        <translation>
+            <numerusform>%n Bild wurde behalten.</numerusform>
+            <numerusform>%n Bilder wurden behalten.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The bright level is %1 % of full scale; light the sensor evenly to 30 to 80 %, about half of full scale.</source>
+        <translation>Der Hellpegel liegt bei %1 % des Vollausschlags; beleuchten Sie den Sensor gleichmäßig auf 30 bis 80 %, etwa die Hälfte des Vollausschlags.</translation>
+    </message>
+    <message>
+        <source>The dark level is %1 % of full scale, not near black; cover the lens.</source>
+        <translation>Der Dunkelpegel liegt bei %1 % des Vollausschlags, nicht nahe Schwarz; decken Sie das Objektiv ab.</translation>
+    </message>
+</context>
+<context>
+    <name>UXCFrameCaptureControl</name>
+    <message>
+        <source>Capture...</source>
+        <translation>Aufnehmen...</translation>
+    </message>
+    <message>
+        <source>No camera is open.</source>
+        <translation>Es ist keine Kamera geöffnet.</translation>
+    </message>
+    <message>
+        <source>Take the series from the camera.</source>
+        <translation>Die Serie mit der Kamera aufnehmen.</translation>
+    </message>
+    <message>
+        <source>Capture Bright Images</source>
+        <translation>Helle Bilder aufnehmen</translation>
+    </message>
+    <message>
+        <source>Capture Dark Images</source>
+        <translation>Dunkle Bilder aufnehmen</translation>
+    </message>
+    <message>
+        <source>Light the sensor evenly, at about half of full scale.</source>
+        <translation>Beleuchten Sie den Sensor gleichmäßig, auf etwa die Hälfte des Vollausschlags.</translation>
+    </message>
+    <message>
+        <source>Cover the lens, so that no light reaches the sensor.</source>
+        <translation>Decken Sie das Objektiv ab, sodass kein Licht auf den Sensor fällt.</translation>
+    </message>
+    <message>
+        <source>Frames:</source>
+        <translation>Bilder:</translation>
+    </message>
+    <message>
+        <source>Exposure time:</source>
+        <translation>Belichtungszeit:</translation>
+    </message>
+    <message>
+        <source>Gain:</source>
+        <translation>Verstärkung:</translation>
+    </message>
+    <message>
+        <source>Check Level</source>
+        <translation>Pegel prüfen</translation>
+    </message>
+    <message>
+        <source>Mean %1, spread %2.</source>
+        <translation>Mittelwert %1, Streuung %2.</translation>
+    </message>
+    <message>
+        <source>Capture</source>
+        <translation>Aufnahme</translation>
+    </message>
+    <message>
+        <source>Capturing frames...</source>
+        <translation>Bilder werden aufgenommen...</translation>
     </message>
 </context>
 </TS>

@@ -4,6 +4,7 @@
 #include "imageseries.h"
 #include "uxcustomwidgets.h"
 #include "uxdefectpixelcorrection.h"
+#include "uxframecapturecontrol.h"
 
 #include <sim/simcontrol.h>
 
@@ -81,6 +82,7 @@ private slots:
     void resetDuringTransferNeverLeavesHalfAMap();
     void nextCameraStartsAfresh();
     void batchTellsRefusalsOnceAndKeepsGoodImages();
+    void captureFillsTheSeriesAndKeepsItWhenUnplugged();
 
 private:
     Session m_session;
@@ -357,6 +359,49 @@ void TestPanel::batchTellsRefusalsOnceAndKeepsGoodImages()
     QCOMPARE(dialogs.last("information")->details, small + ": Size 8×4 differs from the series' 640×480.");
     panel.Reset();
     QVERIFY(m_session.close(kMonoFile));
+}
+
+void TestPanel::captureFillsTheSeriesAndKeepsItWhenUnplugged()
+{
+    QCOMPARE(ZebCPP::SimControl::PlugCamera(R"({ "id": "DEV_NSC0001", "model": "kvd123MXGE", "serial": "NSC0001",
+        "interface": "sim-usb0", "streams": false, "sensor": { "width": 64, "height": 64 } })"),
+             ZebCPP::ZebErrorSuccess);
+    UXCDefectPixelCorrection panel;
+    RecordingDialogs dialogs;
+    panel.setDialogs(&dialogs);
+    QVERIFY(panel.Init(m_session.open("NSC0001")));
+    QVERIFY(!panel.captureControl(0)->button()->isEnabled());
+    QVERIFY(panel.captureControl(1)->button()->toolTip().contains("no image stream"));
+    panel.Reset();
+
+    QVERIFY(panel.Init(m_session.open(kMonoFile)));
+    UXCFrameCaptureControl* dark = panel.captureControl(0);
+    QVERIFY(dark->button()->isEnabled());
+    QSignalSpy finished(dark, &UXCFrameCaptureControl::captureFinished);
+    QSignalSpy frames(dark, &UXCFrameCaptureControl::frameCaptured);
+    FrameCaptureSettings settings;
+    settings.frames = 3;
+    QVERIFY(dark->capture(settings));
+    QVERIFY(finished.wait(20000));
+    auto* list = panel.findChild<QListWidget*>("listDarkImagePath");
+    QCOMPARE(list->count(), 3);
+    QCOMPARE(panel.darkParams().count, 3u);
+    QVERIFY2(QFileInfo(list->item(2)->text()).fileName().startsWith("KV1230001_dark_"), qPrintable(list->item(2)->text()));
+    QVERIFY(button(panel, "btnGenerateMap")->isEnabled());
+
+    settings.frames = 200;
+    QVERIFY(dark->capture(settings));
+    QVERIFY(frames.wait(20000));
+    QCOMPARE(ZebCPP::SimControl::UnplugCamera(kMonoFile), ZebCPP::ZebErrorSuccess);
+    QVERIFY(finished.wait(20000));
+    QCOMPARE(finished.last().at(0).toInt(), int(CaptureEnd::CameraLost));
+    const int kept = finished.last().at(1).toInt();
+    QVERIFY(kept > 0 && kept < 200);
+    QCOMPARE(list->count(), 3 + kept);
+    QCOMPARE(panel.darkParams().count, 3u + kept);
+    QVERIFY(dialogs.last("critical")->text.contains("disconnected"));
+    panel.Reset();
+    QCOMPARE(ZebCPP::SimControl::ReplugCamera(kMonoFile), ZebCPP::ZebErrorSuccess);
 }
 
 QTEST_MAIN(TestPanel)
