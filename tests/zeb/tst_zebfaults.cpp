@@ -62,6 +62,10 @@ ZebErrorType operate(const CameraPtr& camera, FaultKind kind)
     case FaultKind::FileStatus:
     case FaultKind::ShortWrite:
         break; // only file operations meet these; the transfer suites cover them
+    case FaultKind::Acquisition: {
+        FramePtr frame;
+        return camera->AcquireSingleImage(frame, 1000);
+    }
     }
     return ZebErrorInternalFault;
 }
