@@ -138,7 +138,14 @@ struct ThresholdRun {
     uint32_t width;
     uint32_t height;
     const Margins* margins;
+    unsigned char* averages = nullptr; // when set, the local averages are written instead of the mask
 };
+
+void writeAverages(const uint16_t* columnSums, WindowDivider divider, uint32_t width, unsigned char* out)
+{
+    for (uint32_t x = 0; x < width; ++x)
+        out[x] = uint8_t(divider.divide(columnSums[x]));
+}
 
 DPC_VECTOR_CLONES void testRowUniform(const unsigned char* values, const uint16_t* columnSums,
                                       WindowDivider divider, uint8_t limit, uint32_t width,
@@ -259,6 +266,10 @@ bool thresholdBand(const ThresholdRun& run, uint32_t firstRow, uint32_t endRow)
         }
         const uint32_t top = y >= uint32_t(kRadius) ? y - kRadius : 0;
         const uint32_t bottom = std::min(height - 1, y + kRadius);
+        if (run.averages) {
+            writeAverages(sums, dividers.bySize[bottom - top + 1], width, run.averages + size_t(y) * width);
+            continue;
+        }
         testRow(run.mean + size_t(y) * width, sums, dividers.bySize[bottom - top + 1], run,
                 run.mask + size_t(y) * width, onMargin.get());
     }
@@ -278,4 +289,23 @@ bool computeDefectMask(const unsigned char* image, uint32_t width, uint32_t heig
             complete = false;
     });
     return complete;
+}
+
+bool computeLocalAverages(const unsigned char* image, uint32_t width, uint32_t height, unsigned char* averages)
+{
+    const Margins unused = absoluteMargins(0);
+    ThresholdRun run{image, nullptr, width, height, &unused};
+    run.averages = averages;
+    std::atomic<bool> complete{true};
+    forEachRowBand(height, width, kMinPixelsPerBand, [&run, &complete](uint32_t firstRow, uint32_t endRow) {
+        if (!thresholdBand(run, firstRow, endRow))
+            complete = false;
+    });
+    return complete;
+}
+
+void defectMargins(bool absolute, int32_t threshold, int16_t margins[256])
+{
+    const Margins table = absolute ? absoluteMargins(threshold) : relativeMargins(threshold);
+    std::copy(std::begin(table.byAverage), std::end(table.byAverage), margins);
 }

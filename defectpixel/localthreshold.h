@@ -10,3 +10,12 @@
 // The rows are shared among the cores. False when scratch memory is short.
 bool computeDefectMask(const unsigned char* image, uint32_t width, uint32_t height, bool absolute,
                        int32_t threshold, unsigned char* mask);
+
+// Writes the 21 x 21 local average the mask is tested against, per pixel, with
+// the same clipping and truncation. False when scratch memory is short.
+bool computeLocalAverages(const unsigned char* image, uint32_t width, uint32_t height, unsigned char* averages);
+
+// The margin of the test per local average (index 0 ... 255), clipped to -1
+// (every pixel flagged) ... 255 (none): a pixel v with average m is flagged
+// exactly when |v - m| > margins[m].
+void defectMargins(bool absolute, int32_t threshold, int16_t margins[256]);

@@ -3,6 +3,7 @@
 
 #include "defectclassification.h"
 #include "defectmapgenerator.h"
+#include "defectviewerbinding.h"
 #include "imageseries.h"
 #include "maptransfer.h"
 #include "thresholdinput.h"
@@ -58,6 +59,9 @@ UXCDefectPixelCorrection::UXCDefectPixelCorrection(QWidget* parent)
             &UXCDefectPixelCorrection::enableButtons);
     setupFeedback();
     bindCaptureControls();
+    m_viewerBinding = std::make_unique<DefectViewerBinding>(DefectViewerBinding::PanelParts{
+        this, ui->lblMeanImageDark, ui->lblMeanImageBright, ui->txtAbsoluteThreshold, ui->txtRelativeThreshold,
+        ui->horizontalLayout});
 }
 
 UXCDefectPixelCorrection::~UXCDefectPixelCorrection()
@@ -216,6 +220,8 @@ void UXCDefectPixelCorrection::Reset()
     m_chunkId = kDefaultChunkId;
     m_maxMapSize = kDefaultMaxMapSize;
     m_geometry = ImageGeometry();
+    if (m_viewerBinding)
+        m_viewerBinding->clear();
 }
 
 void UXCDefectPixelCorrection::closeEvent(QCloseEvent* event)
@@ -242,6 +248,7 @@ void UXCDefectPixelCorrection::enableButtons()
     const bool darkMean = !ui->lblMeanImageDark->getImage().isNull();
     const bool brightMean = !ui->lblMeanImageBright->getImage().isNull();
     ui->btnGenerateMap->setEnabled(m_isColor ? darkMean : darkMean || brightMean);
+    m_viewerBinding->refresh();
 }
 
 // Image series

@@ -22,6 +22,7 @@ class QListWidgetItem;
 struct LocalMapCheck;
 class QProgressDialog;
 class QSettings;
+class DefectViewerBinding;
 class UXCDialogs;
 class UXCFrameCaptureControl;
 class UxCamera;
@@ -117,6 +118,7 @@ public:
     bool isMapStale() const { return m_mapStale; }
     // The capture control of a series tab.
     UXCFrameCaptureControl* captureControl(int kind) const;
+    DefectViewerBinding* viewerBinding() const { return m_viewerBinding.get(); }
 
 public slots:
     void progressBar_valueChanged(long remaining, QString fileName, QString fileOperation);
@@ -217,4 +219,5 @@ private:
     std::function<QString()> m_transferSuccess; // status line of the running file task when it succeeds
     UXCFrameCaptureControl* m_captureDark = nullptr;
     UXCFrameCaptureControl* m_captureBright = nullptr;
+    std::unique_ptr<DefectViewerBinding> m_viewerBinding;
 };
