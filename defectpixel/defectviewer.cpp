@@ -97,6 +97,7 @@ void DefectViewer::buildUi()
                             "their mean image and the defects found appear here."));
     m_readout = new QLabel(left);
     m_readout->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_readout->setWordWrap(true);
     m_comparison = new QLabel(left);
     m_message = new QLabel(left);
     m_message->setStyleSheet("color: #c02020");
@@ -135,21 +136,23 @@ void DefectViewer::buildUi()
 
     auto* histograms = new QWidget(tabs);
     auto* histogramLayout = new QVBoxLayout(histograms);
-    const QString titles[2] = {tr("Dark mean: deviation from the local average"),
-                               tr("Bright mean: deviation from the local average")};
-    const QString axes[2] = {tr("grey levels"), tr("percent of the local average")};
+    const QString titles[2] = {tr("Dark mean"), tr("Bright mean")};
+    const QString axes[2] = {tr("deviation from the local average in grey levels"),
+                             tr("deviation in percent of the local average")};
     for (int s = 0; s < 2; ++s) {
         m_histograms[s] = new UXCHistogramView(histograms);
         m_histograms[s]->setTitle(titles[s]);
         m_histograms[s]->setAxisLabel(axes[s]);
         m_histograms[s]->setEmptyHint(tr("No mean image."));
         m_flagged[s] = new QLabel(histograms);
+        m_flagged[s]->setWordWrap(true);
         histogramLayout->addWidget(m_histograms[s], 1);
         histogramLayout->addWidget(m_flagged[s]);
     }
     tabs->addTab(histograms, tr("Histograms"));
     splitter->setStretchFactor(0, 3);
-    splitter->setStretchFactor(1, 2);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({900, 380});
     layout->addWidget(splitter, 1);
     resize(1280, 800);
 
@@ -217,6 +220,7 @@ void DefectViewer::setMeans(const QImage& dark, const QImage& bright)
             continue;
         m_means[s] = means[s];
         m_meanKeys[s] = key;
+        m_message->clear();
         if (means[s].isNull())
             m_stats[s].clear();
         else

@@ -228,17 +228,18 @@ void UXCImageViewer::paintEvent(QPaintEvent*)
     painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
     painter.drawImage(target, m_display, source);
 
-    for (int layer = 0; layer < kLayers; ++layer)
-        if (m_markersVisible[layer])
-            drawMarkers(painter, layer, source);
-
+    // Under the markers, so that it never hides a neighbour's marker.
     if (m_highlight.x() >= 0 && source.contains(m_highlight)) {
-        const double side = std::max(m_zoom, 1.0) + 10;
+        // Around the pixel and its direct neighbours, so the pixel itself stays in sight.
+        const double side = 3 * std::max(m_zoom, 1.0) + 8;
         const QPointF c = imageToWidget(QPointF(m_highlight) + QPointF(0.5, 0.5));
         const QRectF frame(c.x() - side / 2, c.y() - side / 2, side, side);
         fillFrame(painter, frame.adjusted(-1, -1, 1, 1), kFrameWidth + 2, Qt::black);
         fillFrame(painter, frame, kFrameWidth, Qt::white);
     }
+    for (int layer = 0; layer < kLayers; ++layer)
+        if (m_markersVisible[layer])
+            drawMarkers(painter, layer, source);
 }
 
 void UXCImageViewer::drawMarkers(QPainter& painter, int layer, const QRectF& visible)
