@@ -31,7 +31,7 @@ public:
     enum Column { ColumnX, ColumnY, ColumnCode, ColumnSeries, ColumnDeviation, ColumnCount };
     static constexpr int SortRole = Qt::UserRole + 1; // numbers for sorting and filtering
 
-    using QAbstractTableModel::QAbstractTableModel;
+    explicit DefectEntryModel(QObject* parent = nullptr) : QAbstractTableModel(parent) {}
 
     void setRows(std::vector<DefectEntryRow> rows);
     const std::vector<DefectEntryRow>& rows() const { return m_rows; }

@@ -705,6 +705,229 @@ ZEB_GEV_ADDRESSES beschränkt die GigE-Vision-Suche auf die angegebenen Adressen
     </message>
 </context>
 <context>
+    <name>DefectEntryModel</name>
+    <message>
+        <source>Dark</source>
+        <translation>Dunkel</translation>
+    </message>
+    <message>
+        <source>Bright</source>
+        <translation>Hell</translation>
+    </message>
+    <message>
+        <source>Both</source>
+        <translation>Beide</translation>
+    </message>
+    <message>
+        <source>-</source>
+        <translation>-</translation>
+    </message>
+    <message>
+        <source>X</source>
+        <translation>X</translation>
+    </message>
+    <message>
+        <source>Y</source>
+        <translation>Y</translation>
+    </message>
+    <message>
+        <source>Code</source>
+        <translation>Code</translation>
+    </message>
+    <message>
+        <source>Series</source>
+        <translation>Serie</translation>
+    </message>
+    <message>
+        <source>Deviation</source>
+        <translation>Abweichung</translation>
+    </message>
+</context>
+<context>
+    <name>DefectViewer</name>
+    <message>
+        <source>Defect Viewer</source>
+        <translation>Defektansicht</translation>
+    </message>
+    <message>
+        <source>Dark mean image</source>
+        <translation>Dunkles Mittelwertbild</translation>
+    </message>
+    <message>
+        <source>Bright mean image</source>
+        <translation>Helles Mittelwertbild</translation>
+    </message>
+    <message>
+        <source>Stretch contrast</source>
+        <translation>Kontrast spreizen</translation>
+    </message>
+    <message>
+        <source>Markers</source>
+        <translation>Markierungen</translation>
+    </message>
+    <message>
+        <source>Colour by test</source>
+        <translation>Farbe nach Test</translation>
+    </message>
+    <message>
+        <source>Colour by code</source>
+        <translation>Farbe nach Code</translation>
+    </message>
+    <message>
+        <source>Fit</source>
+        <translation>Einpassen</translation>
+    </message>
+    <message>
+        <source>Compare With Map File...</source>
+        <translation>Mit Kartendatei vergleichen...</translation>
+    </message>
+    <message>
+        <source>Show second map</source>
+        <translation>Zweite Karte zeigen</translation>
+    </message>
+    <message>
+        <source>No mean image yet.
+Add dark or bright images in the assistant; their mean image and the defects found appear here.</source>
+        <translation>Noch kein Mittelwertbild.
+Fügen Sie im Assistenten dunkle oder helle Bilder hinzu; ihr Mittelwertbild und die gefundenen Defekte erscheinen hier.</translation>
+    </message>
+    <message>
+        <source>All series</source>
+        <translation>Alle Serien</translation>
+    </message>
+    <message>
+        <source>Dark</source>
+        <translation>Dunkel</translation>
+    </message>
+    <message>
+        <source>Bright</source>
+        <translation>Hell</translation>
+    </message>
+    <message>
+        <source>Both</source>
+        <translation>Beide</translation>
+    </message>
+    <message>
+        <source>Map Entries</source>
+        <translation>Karteneinträge</translation>
+    </message>
+    <message>
+        <source>Dark mean</source>
+        <translation>Dunkles Mittel</translation>
+    </message>
+    <message>
+        <source>Bright mean</source>
+        <translation>Helles Mittel</translation>
+    </message>
+    <message>
+        <source>deviation from the local average in grey levels</source>
+        <translation>Abweichung vom lokalen Mittel in Graustufen</translation>
+    </message>
+    <message>
+        <source>deviation in percent of the local average</source>
+        <translation>Abweichung in Prozent des lokalen Mittels</translation>
+    </message>
+    <message>
+        <source>No mean image.</source>
+        <translation>Kein Mittelwertbild.</translation>
+    </message>
+    <message>
+        <source>Histograms</source>
+        <translation>Histogramme</translation>
+    </message>
+    <message>
+        <source>Compare With Map File</source>
+        <translation>Mit Kartendatei vergleichen</translation>
+    </message>
+    <message>
+        <source>Map files (*.txt *.bin)</source>
+        <translation>Kartendateien (*.txt *.bin)</translation>
+    </message>
+    <message>
+        <source>Point at a pixel to read its values.</source>
+        <translation>Zeigen Sie auf ein Pixel, um seine Werte zu lesen.</translation>
+    </message>
+    <message>
+        <source>All codes</source>
+        <translation>Alle Codes</translation>
+    </message>
+    <message>
+        <source>Code %1</source>
+        <translation>Code %1</translation>
+    </message>
+    <message>
+        <source>Second map: %1 common, %2 only in the generated map, %3 only in the second map.</source>
+        <translation>Zweite Karte: %1 gemeinsam, %2 nur in der erzeugten Karte, %3 nur in der zweiten Karte.</translation>
+    </message>
+    <message>
+        <source>The map file %1 cannot be opened.</source>
+        <translation>Die Kartendatei %1 kann nicht geöffnet werden.</translation>
+    </message>
+    <message>
+        <source>The map file %1 is not a valid map container.</source>
+        <translation>Die Kartendatei %1 ist kein gültiger Kartencontainer.</translation>
+    </message>
+    <message>
+        <source>The map in %1 was made for images %2 pixels wide with %3 pixels, not for the %4 x %5 pixel images shown; it is not shown.</source>
+        <translation>Die Karte in %1 wurde für Bilder von %2 Pixeln Breite mit %3 Pixeln erstellt, nicht für die gezeigten Bilder von %4 x %5 Pixeln; sie wird nicht gezeigt.</translation>
+    </message>
+    <message>
+        <source>The map file %1 cannot be read.</source>
+        <translation>Die Kartendatei %1 kann nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>Add images first: the map %1 is shown on a mean image.</source>
+        <translation>Fügen Sie zuerst Bilder hinzu: die Karte %1 wird auf einem Mittelwertbild gezeigt.</translation>
+    </message>
+    <message>
+        <source>The map %1 does not fit the %2 x %3 pixel images: it has an entry at %4, %5; it is not shown.</source>
+        <translation>Die Karte %1 passt nicht zu den Bildern von %2 x %3 Pixeln: sie hat einen Eintrag bei %4, %5; sie wird nicht gezeigt.</translation>
+    </message>
+    <message>
+        <source>Absolute threshold %1: %2 pixels are flagged.</source>
+        <translation>Absolute Schwelle %1: %2 Pixel werden markiert.</translation>
+    </message>
+    <message>
+        <source>Relative threshold %1 %: %2 pixels are flagged.</source>
+        <translation>Relative Schwelle %1 %: %2 Pixel werden markiert.</translation>
+    </message>
+    <message>
+        <source>dark test</source>
+        <translation>Dunkeltest</translation>
+    </message>
+    <message>
+        <source>bright test</source>
+        <translation>Helltest</translation>
+    </message>
+    <message>
+        <source>x %1, y %2: mean %3, local average %4, deviation %5; %6</source>
+        <translation>x %1, y %2: Mittel %3, lokales Mittel %4, Abweichung %5; %6</translation>
+    </message>
+    <message>
+        <source>not flagged</source>
+        <translation>nicht markiert</translation>
+    </message>
+    <message>
+        <source>flagged by the %1</source>
+        <translation>markiert vom %1</translation>
+    </message>
+    <message>
+        <source> and </source>
+        <translation> und </translation>
+    </message>
+</context>
+<context>
+    <name>DefectViewerBinding</name>
+    <message>
+        <source>Defect Viewer...</source>
+        <translation>Defektansicht...</translation>
+    </message>
+    <message>
+        <source>Inspect the mean images, the defects found and the thresholds.</source>
+        <translation>Mittelwertbilder, gefundene Defekte und Schwellen ansehen.</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
         <source>Defect Pixel Correction Assistant</source>
