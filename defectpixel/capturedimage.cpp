@@ -30,6 +30,6 @@ QString capturedImageName(const QString& serial, int kind, const QDateTime& time
     return QStringLiteral("%1_%2_%3_%4.bmp")
         .arg(safeSerial.isEmpty() ? QStringLiteral("camera") : safeSerial,
              kind == BrightSeries ? QStringLiteral("bright") : QStringLiteral("dark"),
-             time.toString(QStringLiteral("yyyyMMdd-HHmmss")))
+             time.toString(QStringLiteral("yyyyMMdd-HHmmss-zzz")))
         .arg(index, 3, 10, QLatin1Char('0'));
 }

@@ -231,8 +231,8 @@ void TestFrameCapture::camerasThatCannotCaptureSayWhy()
     QCOMPARE(outcome.end, CaptureEnd::Failed);
     QCOMPARE(outcome.frames, 0);
     QVERIFY(FrameCapture(nullptr).unavailableReason().contains("No camera"));
-    QCOMPARE(capturedImageName("KV/123", BrightSeries, QDateTime(QDate(2026, 3, 4), QTime(5, 6, 7)), 12),
-             QString("KV_123_bright_20260304-050607_012.bmp"));
+    QCOMPARE(capturedImageName("KV/123", BrightSeries, QDateTime(QDate(2026, 3, 4), QTime(5, 6, 7, 89)), 12),
+             QString("KV_123_bright_20260304-050607-089_012.bmp"));
 }
 
 QTEST_GUILESS_MAIN(TestFrameCapture)
