@@ -111,11 +111,6 @@ void BasicMainWindow::createLogDock()
     layout->addWidget(m_logList);
     m_logDock->setWidget(content);
     addDockWidget(Qt::TopDockWidgetArea, m_logDock);
-    // A few lines of log when it comes up, so that the work below keeps its room.
-    connect(m_logDock, &QDockWidget::visibilityChanged, this, [this](bool visible) {
-        if (visible)
-            resizeDocks({m_logDock}, {m_logList->fontMetrics().lineSpacing() * kLogLines}, Qt::Vertical);
-    });
     m_logDock->hide();
     addViewToggle(m_logDock);
 }
@@ -168,6 +163,19 @@ void BasicMainWindow::adjustSizeKeepingUsersSize()
     adjustSize();
     if (!isMaximized() && !isFullScreen())
         resize(chosen.expandedTo(minimumSizeHint()).expandedTo(minimumSize()));
+}
+
+void BasicMainWindow::resizeEvent(QResizeEvent* event)
+{
+    // Docks without a central widget share the window's height equally; a log capped at a
+    // quarter of the window (a few lines at least) leaves the rest to the work below.
+    // The dock area keeps its old height until told otherwise, hence the resizeDocks.
+    const int fewLines = m_logList->fontMetrics().lineSpacing() * kLogLines + 2 * kDockMargin;
+    const int logHeight = std::max(fewLines, height() / 4);
+    m_logDock->widget()->setMaximumHeight(logHeight);
+    QMainWindow::resizeEvent(event);
+    if (m_logDock->isVisible() && !m_logDock->isFloating())
+        resizeDocks({m_logDock}, {logHeight}, Qt::Vertical);
 }
 
 void BasicMainWindow::ShowOutcome(const QString& text, LogType type)

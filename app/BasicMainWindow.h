@@ -53,6 +53,7 @@ protected:
     // The one door to message boxes, so that tests can answer them.
     virtual void showAboutBox(const QString& title, const QString& text);
     void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void createMenus();

@@ -286,6 +286,7 @@ void TestAssistantEndToEnd::monochromeFileAccessCamera()
         const QLabel* mean = assistant().findChild<QLabel*>("lblMeanImageDark");
         QVERIFY2(mean->width() >= 150 && mean->height() >= 100,
                  qPrintable(QString("%1 x %2").arg(mean->width()).arg(mean->height())));
+        QVERIFY(m_window->findChild<QDockWidget*>("logDock")->height() <= size.height() / 3);
         const QString sized = QStringLiteral(DPC_ARTIFACT_DIR "/assistant-generated-map-%1x%2.png")
                                   .arg(size.width())
                                   .arg(size.height());
