@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Refreshes the German translation source from the program's texts: new texts
-# are added unfinished, texts no longer in the sources are dropped.
+# Refreshes the German translation source from the program's texts, and the
+# English plural forms: new texts are added unfinished, texts no longer in the
+# sources are dropped.
 #   scripts/update-translations.sh [file.ts]
 # With a file, the tree's translation is copied there and that copy is refreshed.
 set -euo pipefail
@@ -24,3 +25,8 @@ for dir in "$root"/*/; do
   [ -f "$dir/CMakeLists.txt" ] && sources+=("$dir")
 done
 "$lupdate" -silent -no-obsolete -locations none -extensions cpp,h,ui "${sources[@]}" -ts "$ts"
+# English needs only the plural forms of the texts that count ("%n entries").
+if [ "$ts" = "$tree_ts" ]; then
+  "$lupdate" -silent -no-obsolete -pluralonly -locations none -extensions cpp,h,ui "${sources[@]}" \
+    -ts "$root/translations/orvel-dpc-assistant_en.ts"
+fi
