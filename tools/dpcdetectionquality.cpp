@@ -8,6 +8,7 @@
 #include "framecapture.h"
 #include "imageseries.h"
 #include "sim/simcontrol.h"
+#include "simcameralookup.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -48,20 +49,6 @@ struct Series {
     QImage mean;
 };
 
-CameraPtr findCamera(const QString& wanted)
-{
-    std::vector<CameraPtr> cameras;
-    ZebSystem::GetInstance().GetCameras(cameras);
-    for (const CameraPtr& camera : cameras) {
-        std::string serial, model;
-        camera->GetSerialNumber(serial);
-        camera->GetModel(model);
-        if (wanted == QString::fromStdString(serial) || wanted == QString::fromStdString(model))
-            return camera;
-    }
-    return nullptr;
-}
-
 unsigned int mapCapacity(const CameraPtr& camera)
 {
     FeaturePtr feature;
@@ -93,7 +80,7 @@ bool captureSeries(FrameCapture& capture, const std::string& serial, double ligh
 // Measures one camera; null on failure.
 QJsonObject measure(const QString& name, const Options& options, QTextStream& err)
 {
-    CameraPtr camera = findCamera(name);
+    CameraPtr camera = findCameraBySerialOrModel(name);
     if (!camera) {
         err << "No camera with serial number or model " << name << ".\n";
         return {};

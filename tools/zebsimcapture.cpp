@@ -3,6 +3,7 @@
 
 #include "ZebCPP.h"
 #include "sim/simcontrol.h"
+#include "simcameralookup.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -139,20 +140,6 @@ private:
     QString out_;
 };
 
-CameraPtr findCamera(const QString& wanted)
-{
-    std::vector<CameraPtr> cameras;
-    ZebSystem::GetInstance().GetCameras(cameras);
-    for (const CameraPtr& camera : cameras) {
-        std::string serial, model;
-        camera->GetSerialNumber(serial);
-        camera->GetModel(model);
-        if (wanted == QString::fromStdString(serial) || wanted == QString::fromStdString(model))
-            return camera;
-    }
-    return nullptr;
-}
-
 int capture(const QCommandLineParser& options, QTextStream& err)
 {
     bool darkOk = false, brightOk = false;
@@ -167,7 +154,7 @@ int capture(const QCommandLineParser& options, QTextStream& err)
         err << "Cannot create " << out << ".\n";
         return 2;
     }
-    CameraPtr camera = findCamera(options.value("camera"));
+    CameraPtr camera = findCameraBySerialOrModel(options.value("camera"));
     if (!camera) {
         err << "No camera with serial number or model " << options.value("camera") << ".\n";
         return 2;
