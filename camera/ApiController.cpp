@@ -41,6 +41,17 @@ ApiController::~ApiController()
     m_system.UnregisterInterfaceListObserver(m_interfaceObserver);
 }
 
+QString ApiController::StartSdk()
+{
+    const ZebErrorType status = ZebSystem::GetInstance().Startup();
+    return status == ZebErrorSuccess ? QString() : ErrorCodeToMessage(status);
+}
+
+void ApiController::ShutdownSdk()
+{
+    ZebSystem::GetInstance().Shutdown();
+}
+
 bool ApiController::enableAutomaticDiscovery(bool on)
 {
     if (on) {
@@ -70,6 +81,19 @@ std::vector<CameraPtr> ApiController::GetCameraModel() const
     return m_cameras;
 }
 
+QVector<CameraInfoMap> ApiController::ListCameras()
+{
+    UpdateCamerasList();
+    QVector<CameraInfoMap> cameras;
+    for (const CameraPtr& camera : GetCameraModel()) {
+        // Without its extended ID a camera can be neither shown nor opened.
+        CameraInfoMap info = GetCameraInfo(camera);
+        if (!info.isEmpty())
+            cameras.append(std::move(info));
+    }
+    return cameras;
+}
+
 CameraInfoMap ApiController::GetCameraInfo(const CameraPtr& camera)
 {
     CameraInfoMap info;
@@ -85,26 +109,27 @@ CameraInfoMap ApiController::GetCameraInfo(const CameraPtr& camera)
         return info;
     }
     const QString extendedId = toQString(text);
-    info.insert("Extended ID", extendedId);
+    info.insert(CameraInfoKey::ExtendedId, extendedId);
 
     // One string item: stored on success, otherwise reported and left out.
-    auto addString = [&](const char* key, ZebErrorType status, const QString& errorText) {
+    auto addString = [&](QLatin1String key, ZebErrorType status, const QString& errorText) {
         if (status == ZebErrorSuccess)
             info.insert(key, toQString(text));
         else
             emitApiError(status, errorText.arg(extendedId));
     };
 
-    addString("Camera ID", camera->GetID(text), tr("Failed to get camera ID for %1"));
-    addString("Model Name", camera->GetModel(text), tr("Failed to get camera model for %1"));
-    addString("Camera Name", camera->GetName(text), tr("Failed to get camera name for %1"));
-    addString("Serial No.", camera->GetSerialNumber(text), tr("Failed to get camera serial number for %1"));
+    addString(CameraInfoKey::CameraId, camera->GetID(text), tr("Failed to get camera ID for %1"));
+    addString(CameraInfoKey::ModelName, camera->GetModel(text), tr("Failed to get camera model for %1"));
+    addString(CameraInfoKey::CameraName, camera->GetName(text), tr("Failed to get camera name for %1"));
+    addString(CameraInfoKey::SerialNumber, camera->GetSerialNumber(text),
+              tr("Failed to get camera serial number for %1"));
 
     InterfacePtr interface;
     err = camera->GetInterface(interface);
     if (err == ZebErrorSuccess)
         err = interface ? interface->GetID(text) : ZebErrorBadHandle;
-    addString("Interface", err, tr("Failed to get camera interface ID for %1"));
+    addString(CameraInfoKey::Interface, err, tr("Failed to get camera interface ID for %1"));
 
     TransportLayerPtr transportLayer;
     err = camera->GetTransportLayer(transportLayer);
@@ -113,15 +138,15 @@ CameraInfoMap ApiController::GetCameraInfo(const CameraPtr& camera)
     if (err != ZebErrorSuccess) {
         emitApiError(err, tr("Failed to get camera transport layer for %1").arg(extendedId));
     } else {
-        addString("Transport Layer", transportLayer->GetName(text),
+        addString(CameraInfoKey::TransportLayer, transportLayer->GetName(text),
                   tr("Failed to get camera transport layer name for %1"));
-        addString("TL Path", transportLayer->GetPath(text), tr("Failed to get camera TL path for %1"));
+        addString(CameraInfoKey::TlPath, transportLayer->GetPath(text), tr("Failed to get camera TL path for %1"));
     }
 
     AccessModeType access = AccessModeNone;
     err = camera->GetPermittedAccess(access);
     if (err == ZebErrorSuccess)
-        info.insert("Full Access", (access & kFullAccessMask) != 0);
+        info.insert(CameraInfoKey::FullAccess, (access & kFullAccessMask) != 0);
     else
         emitApiError(err, tr("Failed to get camera access mode for %1").arg(extendedId));
     return info;
@@ -224,9 +249,9 @@ void ApiController::OnCameraListChanged(CameraPtr camera, UpdateTriggerType reas
         CameraInfoMap info;
         std::string text;
         if (camera && camera->GetExtendedID(text) == ZebErrorSuccess)
-            info.insert("Extended ID", toQString(text));
+            info.insert(CameraInfoKey::ExtendedId, toQString(text));
         if (camera && camera->GetName(text) == ZebErrorSuccess)
-            info.insert("Camera Name", toQString(text));
+            info.insert(CameraInfoKey::CameraName, toQString(text));
         emit CameraRemoved(info);
         break;
     }

@@ -6,6 +6,7 @@
 
 #include <QMutex>
 #include <QObject>
+#include <QVector>
 
 #include <memory>
 #include <string>
@@ -25,6 +26,12 @@ public:
     explicit ApiController(QObject* parent = nullptr);
     ~ApiController() override;
 
+    // Starts the camera SDK; blocks, so callers run it on a worker thread. Empty
+    // on success, otherwise the text of the SDK's error.
+    static QString StartSdk();
+    // Stops the SDK's thread: no notification comes after it.
+    static void ShutdownSdk();
+
     // Registers (on) or unregisters (off) the camera-list, then the interface-list observer.
     bool enableAutomaticDiscovery(bool on);
 
@@ -34,6 +41,9 @@ public:
     std::vector<ZebCPP::CameraPtr> GetCameraModel() const;
     // Keys the SDK could not answer are left out, each with an ApiError.
     CameraInfoMap GetCameraInfo(const ZebCPP::CameraPtr& camera);
+    // Fetches the list and returns the information of each camera, leaving out
+    // those without an extended ID (reported); safe to call from a worker thread.
+    QVector<CameraInfoMap> ListCameras();
 
     // The camera with this extended ID, empty on failure.
     ZebCPP::CameraPtr GetCameraPtr(const QString& extendedId);

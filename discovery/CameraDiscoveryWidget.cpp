@@ -3,15 +3,12 @@
 #include "ApiController.h"
 #include "CameraTreeModel.h"
 
-#include <ZebCPP.h>
-
 #include <QApplication>
 #include <QCheckBox>
 #include <QFutureWatcher>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
-#include <QPointer>
 #include <QPushButton>
 #include <QShortcut>
 #include <QStackedWidget>
@@ -21,23 +18,15 @@
 
 namespace {
 
-const QString kModelName = QStringLiteral("Model Name");
-const QString kExtendedId = QStringLiteral("Extended ID");
-
 enum Page { ListPage = 0, OpenedPage = 1 };
 
 // Runs on a worker thread: touches only the controller, whose list is guarded.
 QVector<CameraInfoMap> listCameras(ApiController& controller, bool compatibleOnly)
 {
-    controller.UpdateCamerasList();
     QVector<CameraInfoMap> cameras;
     QString family;
-    for (const ZebCPP::CameraPtr& camera : controller.GetCameraModel()) {
-        const CameraInfoMap info = controller.GetCameraInfo(camera);
-        // Without its extended ID a camera can be neither shown nor opened; the controller reported it.
-        if (info.isEmpty())
-            continue;
-        if (!compatibleOnly || IsCameraModelCompatible(info.value(kModelName).toString(), family))
+    for (const CameraInfoMap& info : controller.ListCameras()) {
+        if (!compatibleOnly || IsCameraModelCompatible(info.value(CameraInfoKey::ModelName).toString(), family))
             cameras.append(info);
     }
     return cameras;
@@ -61,7 +50,7 @@ CameraDiscoveryWidget::~CameraDiscoveryWidget()
     while (m_waitCursors > 0)
         endWaitCursor();
     // Shut down first: the SDK's thread stops, so no notification races the controller's end.
-    ZebCPP::ZebSystem::GetInstance().Shutdown();
+    ApiController::ShutdownSdk();
     m_controller.reset();
 }
 
@@ -153,26 +142,23 @@ void CameraDiscoveryWidget::connectControls()
 void CameraDiscoveryWidget::startSdk()
 {
     beginWaitCursor();
-    auto* watcher = new QFutureWatcher<int>(this);
+    auto* watcher = new QFutureWatcher<QString>(this);
     connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher] {
-        const auto status = static_cast<ZebCPP::ZebErrorType>(watcher->result());
+        const QString error = watcher->result();
         watcher->deleteLater();
-        if (status != ZebCPP::ZebErrorSuccess)
-            emit ApiError(tr("%1 (error: %2)")
-                              .arg(tr("Failed to start the camera SDK"), ApiController::ErrorCodeToMessage(status)));
+        if (!error.isEmpty())
+            emit ApiError(tr("%1 (error: %2)").arg(tr("Failed to start the camera SDK"), error));
         emit ZebSystemReady();
     });
-    m_startup = QtConcurrent::run([] { return static_cast<int>(ZebCPP::ZebSystem::GetInstance().Startup()); });
+    m_startup = QtConcurrent::run(&ApiController::StartSdk);
     watcher->setFuture(m_startup);
 }
 
 void CameraDiscoveryWidget::InitApiController()
 {
-    // A child of the panel, as the SDK session is the panel's. The guard keeps a
-    // share that outlives the panel from deleting the controller a second time.
-    auto* controller = new ApiController(this);
-    const QPointer<ApiController> guard(controller);
-    m_controller = std::shared_ptr<ApiController>(controller, [guard](ApiController*) { delete guard.data(); });
+    // Owned by its shares alone: the window's camera manager holds one too.
+    m_controller = std::make_shared<ApiController>();
+    ApiController* controller = m_controller.get();
 
     connect(controller, &ApiController::CameraAdded, this, &CameraDiscoveryWidget::onCameraAdded);
     connect(controller, &ApiController::CameraRemoved, this, &CameraDiscoveryWidget::onCameraRemoved);
@@ -277,7 +263,8 @@ void CameraDiscoveryWidget::onCameraAdded(const CameraInfoMap& camera)
     if (camera.isEmpty())
         return;
     QString family;
-    if (m_chkCompatibleOnly->isChecked() && !IsCameraModelCompatible(camera.value(kModelName).toString(), family))
+    if (m_chkCompatibleOnly->isChecked()
+        && !IsCameraModelCompatible(camera.value(CameraInfoKey::ModelName).toString(), family))
         return;
     m_model->OnCameraAdded(camera);
     Update_lblRefreshInfo();
@@ -285,7 +272,7 @@ void CameraDiscoveryWidget::onCameraAdded(const CameraInfoMap& camera)
 
 void CameraDiscoveryWidget::onCameraRemoved(const CameraInfoMap& camera)
 {
-    const QString extendedId = camera.value(kExtendedId).toString();
+    const QString extendedId = camera.value(CameraInfoKey::ExtendedId).toString();
     if (extendedId == m_openedId) {
         m_openedId.clear();
         m_openedName.clear();
@@ -293,7 +280,7 @@ void CameraDiscoveryWidget::onCameraRemoved(const CameraInfoMap& camera)
     m_model->OnCameraRemoved(camera);
     // Whichever camera left: the window decides from the ID whether it was the open one.
     m_stackedWidget->setCurrentIndex(ListPage);
-    emit CameraRemoved(extendedId, camera.value(QStringLiteral("Camera Name")).toString());
+    emit CameraRemoved(extendedId, camera.value(CameraInfoKey::CameraName).toString());
     m_treeView->setEnabled(true);
     Update_lblRefreshInfo();
 }

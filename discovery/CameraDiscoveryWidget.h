@@ -77,7 +77,7 @@ private:
     QString m_openedId;          // the camera this panel asked to open, until it asks to close it
     QString m_openedName;
     // Kept so that the destructor can wait for them: no worker may touch a shut-down SDK.
-    QFuture<int> m_startup; // the SDK's status of Startup()
+    QFuture<QString> m_startup; // the SDK's start-up error, empty on success
     QFuture<QVector<CameraInfoMap>> m_refresh;
     // Wait cursors this panel has pushed and not yet restored.
     int m_waitCursors = 0;

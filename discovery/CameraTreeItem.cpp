@@ -1,7 +1,6 @@
 #include "CameraTreeItem.h"
 
 namespace {
-const QString kExtendedId = QStringLiteral("Extended ID");
 }
 
 CameraTreeItem::CameraTreeItem(const CameraInfoMap& data, CameraTreeItem* parent)
@@ -68,9 +67,9 @@ bool CameraTreeItem::RemoveChild(int row)
 
 int CameraTreeItem::GetChildRow(const CameraInfoMap& camera) const
 {
-    const QVariant id = camera.value(kExtendedId);
+    const QVariant id = camera.value(CameraInfoKey::ExtendedId);
     for (int row = 0; row < m_children.size(); ++row) {
-        if (m_children[row]->GetData(kExtendedId) == id)
+        if (m_children[row]->GetData(CameraInfoKey::ExtendedId) == id)
             return row;
     }
     return -1;

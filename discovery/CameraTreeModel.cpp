@@ -4,14 +4,11 @@
 
 #include <QHash>
 
+namespace Key = CameraInfoKey;
+
 namespace {
 
 const QString kDetectedCameras = QStringLiteral("Detected cameras");
-const QString kTransportLayer = QStringLiteral("Transport Layer");
-const QString kTlPath = QStringLiteral("TL Path");
-const QString kInterface = QStringLiteral("Interface");
-const QString kExtendedId = QStringLiteral("Extended ID");
-const QString kFullAccess = QStringLiteral("Full Access");
 
 // A single key, so that the model has exactly one column at the top.
 CameraInfoMap rootData()
@@ -21,12 +18,14 @@ CameraInfoMap rootData()
 
 CameraInfoMap transportLayerData(const CameraInfoMap& camera)
 {
-    return CameraInfoMap{{kDetectedCameras, camera.value(kTransportLayer)}, {kTlPath, camera.value(kTlPath)}};
+    return CameraInfoMap{{kDetectedCameras, camera.value(Key::TransportLayer)},
+                         {Key::TlPath, camera.value(Key::TlPath)}};
 }
 
 CameraInfoMap interfaceData(const CameraInfoMap& camera)
 {
-    return CameraInfoMap{{kDetectedCameras, camera.value(kInterface)}, {kInterface, camera.value(kInterface)}};
+    return CameraInfoMap{{kDetectedCameras, camera.value(Key::Interface)},
+                         {Key::Interface, camera.value(Key::Interface)}};
 }
 
 } // namespace
@@ -34,8 +33,8 @@ CameraInfoMap interfaceData(const CameraInfoMap& camera)
 CameraTreeModel::CameraTreeModel(QObject* parent)
     : QAbstractItemModel(parent)
     , m_root(std::make_unique<CameraTreeItem>(rootData()))
-    , m_headerKeys{kDetectedCameras, QStringLiteral("Camera Name"), QStringLiteral("Camera ID"),
-                   QStringLiteral("Serial No."), kFullAccess, kExtendedId, kInterface, kTlPath}
+    , m_headerKeys{kDetectedCameras, Key::CameraName, Key::CameraId,
+                   Key::SerialNumber, Key::FullAccess, Key::ExtendedId, Key::Interface, Key::TlPath}
 {
 }
 
@@ -116,7 +115,7 @@ Qt::ItemFlags CameraTreeModel::flags(const QModelIndex& index) const
     if (item->ChildCount() > 0)
         return result & ~Qt::ItemIsSelectable;
     // A camera that another application holds shows greyed out and cannot be opened.
-    result.setFlag(Qt::ItemIsEnabled, item->GetData(kFullAccess).toBool());
+    result.setFlag(Qt::ItemIsEnabled, item->GetData(Key::FullAccess).toBool());
     return result | Qt::ItemIsSelectable;
 }
 
@@ -127,20 +126,20 @@ bool CameraTreeModel::setData(const QModelIndex& index, const QVariant&, int)
 
 QString CameraTreeModel::GetCameraExtId(const QModelIndex& index) const
 {
-    return index.isValid() ? itemAt(index)->GetData(kExtendedId).toString() : QString();
+    return index.isValid() ? itemAt(index)->GetData(Key::ExtendedId).toString() : QString();
 }
 
 QString CameraTreeModel::GetCameraName(const QModelIndex& index) const
 {
-    return index.isValid() ? itemAt(index)->GetData(QStringLiteral("Camera Name")).toString() : QString();
+    return index.isValid() ? itemAt(index)->GetData(Key::CameraName).toString() : QString();
 }
 
 CameraInfoMap CameraTreeModel::AddDisplayedId(const CameraInfoMap& camera)
 {
     CameraInfoMap result = camera;
-    result.insert(kDetectedCameras, QStringLiteral("%1-%2(%3)").arg(camera.value(QStringLiteral("Model Name")).toString(),
-                                                                    camera.value(QStringLiteral("Serial No.")).toString(),
-                                                                    camera.value(QStringLiteral("Camera ID")).toString()));
+    result.insert(kDetectedCameras, QStringLiteral("%1-%2(%3)").arg(camera.value(Key::ModelName).toString(),
+                                                                    camera.value(Key::SerialNumber).toString(),
+                                                                    camera.value(Key::CameraId).toString()));
     return result;
 }
 
@@ -151,14 +150,14 @@ void CameraTreeModel::Init(const QVector<CameraInfoMap>& cameras)
     QHash<QString, CameraTreeItem*> transportLayers;
     QHash<QString, CameraTreeItem*> interfaces;
     for (const CameraInfoMap& camera : cameras) {
-        const QString tlKey = camera.value(kTransportLayer).toString();
+        const QString tlKey = camera.value(Key::TransportLayer).toString();
         CameraTreeItem*& transportLayer = transportLayers[tlKey];
         if (!transportLayer) {
             transportLayer = new CameraTreeItem(transportLayerData(camera));
             m_root->AppendChild(transportLayer);
         }
         // The same interface ID may show up under two transport layers.
-        const QString interfaceKey = QStringLiteral("%1.%2").arg(camera.value(kInterface).toString(), tlKey);
+        const QString interfaceKey = QStringLiteral("%1.%2").arg(camera.value(Key::Interface).toString(), tlKey);
         CameraTreeItem*& interfaceItem = interfaces[interfaceKey];
         if (!interfaceItem) {
             interfaceItem = new CameraTreeItem(interfaceData(camera));
@@ -187,10 +186,11 @@ CameraTreeItem* CameraTreeModel::branchFor(CameraTreeItem* parent, const QVarian
 void CameraTreeModel::OnCameraAdded(const CameraInfoMap& camera)
 {
     // A hot-plug report can overlap a refresh that already listed the camera.
-    if (findCamera(m_root.get(), camera.value(kExtendedId)))
+    if (findCamera(m_root.get(), camera.value(Key::ExtendedId)))
         return;
-    CameraTreeItem* transportLayer = branchFor(m_root.get(), camera.value(kTransportLayer), transportLayerData(camera));
-    CameraTreeItem* interfaceItem = branchFor(transportLayer, camera.value(kInterface), interfaceData(camera));
+    CameraTreeItem* transportLayer =
+        branchFor(m_root.get(), camera.value(Key::TransportLayer), transportLayerData(camera));
+    CameraTreeItem* interfaceItem = branchFor(transportLayer, camera.value(Key::Interface), interfaceData(camera));
     const int row = interfaceItem->ChildCount();
     beginInsertRows(indexOf(interfaceItem), row, row);
     interfaceItem->AppendChild(new CameraTreeItem(AddDisplayedId(camera)));
@@ -201,7 +201,7 @@ CameraTreeItem* CameraTreeModel::findCamera(CameraTreeItem* branch, const QVaria
 {
     for (int row = 0; row < branch->ChildCount(); ++row) {
         CameraTreeItem* child = branch->GetChild(row);
-        const QVariant id = child->GetData(kExtendedId);
+        const QVariant id = child->GetData(Key::ExtendedId);
         if (child->ChildCount() == 0 && id.isValid() && id == extendedId)
             return child;
         if (CameraTreeItem* found = findCamera(child, extendedId))
@@ -212,7 +212,7 @@ CameraTreeItem* CameraTreeModel::findCamera(CameraTreeItem* branch, const QVaria
 
 void CameraTreeModel::OnCameraRemoved(const CameraInfoMap& camera)
 {
-    CameraTreeItem* removed = findCamera(m_root.get(), camera.value(kExtendedId));
+    CameraTreeItem* removed = findCamera(m_root.get(), camera.value(Key::ExtendedId));
     if (!removed)
         return;
     // Branches left without cameras go too; one notification for the outermost row.
@@ -227,10 +227,10 @@ void CameraTreeModel::OnCameraRemoved(const CameraInfoMap& camera)
 
 void CameraTreeModel::OnCameraAccessChanged(const CameraInfoMap& camera)
 {
-    CameraTreeItem* item = findCamera(m_root.get(), camera.value(kExtendedId));
+    CameraTreeItem* item = findCamera(m_root.get(), camera.value(Key::ExtendedId));
     if (!item)
         return;
-    item->SetData(kFullAccess, camera.value(kFullAccess));
+    item->SetData(Key::FullAccess, camera.value(Key::FullAccess));
     const QModelIndex first = indexOf(item);
     emit dataChanged(first, first.siblingAtColumn(columnCount(first.parent()) - 1));
 }

@@ -12,6 +12,8 @@
 
 using namespace ZebCPP;
 
+namespace Key = CameraInfoKey;
+
 class TestApiController : public QObject {
     Q_OBJECT
 
@@ -82,11 +84,11 @@ void TestApiController::cameraInfo()
     QSignalSpy errors(m_controller.get(), &ApiController::ApiError);
     const CameraInfoMap info =
         m_controller->GetCameraInfo(m_controller->GetCameraPtr(SimCameras::extendedIdOf(SimCameras::kHeldElsewhere)));
-    const CameraInfoMap expected{{"Extended ID", "SimU3V::DEV_TB2000005"}, {"Camera ID", "DEV_TB2000005"},
-                                 {"Model Name", "tb2MCX"}, {"Camera Name", "Held elsewhere"},
-                                 {"Serial No.", "TB2000005"}, {"Interface", "sim-usb0"},
-                                 {"Transport Layer", "USB3 Vision"}, {"TL Path", "builtin:SimUSB3Vision"},
-                                 {"Full Access", fullAccess}};
+    const CameraInfoMap expected{{Key::ExtendedId, "SimU3V::DEV_TB2000005"}, {Key::CameraId, "DEV_TB2000005"},
+                                 {Key::ModelName, "tb2MCX"}, {Key::CameraName, "Held elsewhere"},
+                                 {Key::SerialNumber, "TB2000005"}, {Key::Interface, "sim-usb0"},
+                                 {Key::TransportLayer, "USB3 Vision"}, {Key::TlPath, "builtin:SimUSB3Vision"},
+                                 {Key::FullAccess, fullAccess}};
     QCOMPARE(info, expected);
     QCOMPARE(errors.count(), 0);
 }
@@ -117,16 +119,16 @@ void TestApiController::hotPlugSignalsArriveOnGuiThread()
     const QString id = SimCameras::extendedIdOf(SimCameras::kColourFile);
     QCOMPARE(SimControl::UnplugCamera(SimCameras::kColourFile), ZebErrorSuccess);
     QVERIFY(removed.wait(5000));
-    QCOMPARE(removed.at(0).at(0).toMap(), (CameraInfoMap{{"Extended ID", id}, {"Camera Name", "Line colour"}}));
+    QCOMPARE(removed.at(0).at(0).toMap(), (CameraInfoMap{{Key::ExtendedId, id}, {Key::CameraName, "Line colour"}}));
 
     QCOMPARE(SimControl::ReplugCamera(SimCameras::kColourFile), ZebErrorSuccess);
     QVERIFY(added.wait(5000));
-    QCOMPARE(added.at(0).at(0).toMap().value("Extended ID").toString(), id);
-    QCOMPARE(added.at(0).at(0).toMap().value("Full Access"), QVariant(true));
+    QCOMPARE(added.at(0).at(0).toMap().value(Key::ExtendedId).toString(), id);
+    QCOMPARE(added.at(0).at(0).toMap().value(Key::FullAccess), QVariant(true));
 
     QCOMPARE(SimControl::SetPermittedAccess(SimCameras::kColourFile, AccessModeRead), ZebErrorSuccess);
     QVERIFY(changed.wait(5000));
-    QCOMPARE(changed.at(0).at(0).toMap().value("Full Access"), QVariant(false));
+    QCOMPARE(changed.at(0).at(0).toMap().value(Key::FullAccess), QVariant(false));
     QVERIFY(onGuiThread);
 
     // Switched off, nothing arrives any more.

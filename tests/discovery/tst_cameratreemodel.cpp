@@ -5,14 +5,16 @@
 
 #include <memory>
 
+namespace Key = CameraInfoKey;
+
 namespace {
 
 CameraInfoMap camera(const QString& transportLayer, const QString& interfaceId, const QString& id, bool fullAccess = true)
 {
-    return CameraInfoMap{{"Extended ID", transportLayer + "::" + id}, {"Camera ID", id},
-                         {"Model Name", "M"}, {"Camera Name", "Cam " + id}, {"Serial No.", "S" + id},
-                         {"Interface", interfaceId}, {"Transport Layer", transportLayer},
-                         {"TL Path", "/opt/" + transportLayer + ".cti"}, {"Full Access", fullAccess}};
+    return CameraInfoMap{{Key::ExtendedId, transportLayer + "::" + id}, {Key::CameraId, id},
+                         {Key::ModelName, "M"}, {Key::CameraName, "Cam " + id}, {Key::SerialNumber, "S" + id},
+                         {Key::Interface, interfaceId}, {Key::TransportLayer, transportLayer},
+                         {Key::TlPath, "/opt/" + transportLayer + ".cti"}, {Key::FullAccess, fullAccess}};
 }
 
 const QVector<CameraInfoMap> kCameras = {camera("GigE", "eth0", "1"), camera("GigE", "eth0", "2"),
@@ -105,7 +107,7 @@ void TestCameraTreeModel::removalPrunesEmptyBranches()
     QSignalSpy removed(m_model.get(), &QAbstractItemModel::rowsRemoved);
 
     m_model->OnCameraRemoved(camera("GigE", "eth0", "9"));
-    m_model->OnCameraRemoved(CameraInfoMap{{"Camera Name", "no ID"}});
+    m_model->OnCameraRemoved(CameraInfoMap{{Key::CameraName, "no ID"}});
     QCOMPARE(removed.count(), 0);
 
     m_model->OnCameraRemoved(camera("GigE", "eth0", "1"));
@@ -114,7 +116,7 @@ void TestCameraTreeModel::removalPrunesEmptyBranches()
     QCOMPARE(dump(*m_model), QString("GigE[eth1[M-S4(4)]],USB[eth0[M-S3(3)]]"));
 
     removed.clear();
-    m_model->OnCameraRemoved(CameraInfoMap{{"Extended ID", "USB::3"}, {"Camera Name", "Cam 3"}});
+    m_model->OnCameraRemoved(CameraInfoMap{{Key::ExtendedId, "USB::3"}, {Key::CameraName, "Cam 3"}});
     QCOMPARE(dump(*m_model), QString("GigE[eth1[M-S4(4)]]"));
     QCOMPARE(removed.count(), 1);
     QCOMPARE(removed[0][0].value<QModelIndex>(), QModelIndex());
@@ -139,19 +141,19 @@ void TestCameraTreeModel::onlyCamerasWithFullAccessAreEnabled()
     QCOMPARE(m_model->flags(QModelIndex()), Qt::NoItemFlags);
 
     QSignalSpy changed(m_model.get(), &QAbstractItemModel::dataChanged);
-    m_model->OnCameraAccessChanged(CameraInfoMap{{"Extended ID", "GigE::1"}, {"Full Access", true}});
+    m_model->OnCameraAccessChanged(CameraInfoMap{{Key::ExtendedId, "GigE::1"}, {Key::FullAccess, true}});
     QCOMPARE(changed.count(), 1);
     QCOMPARE(changed[0][0].value<QModelIndex>(), held);
     QCOMPARE(m_model->flags(held), Qt::ItemIsSelectable | Qt::ItemIsEnabled);
-    m_model->OnCameraAccessChanged(CameraInfoMap{{"Extended ID", "GigE::7"}, {"Full Access", true}});
+    m_model->OnCameraAccessChanged(CameraInfoMap{{Key::ExtendedId, "GigE::7"}, {Key::FullAccess, true}});
     QCOMPARE(changed.count(), 1);
 }
 
 void TestCameraTreeModel::headerAndToolTips()
 {
     QVERIFY(!m_model->headerData(0, Qt::Horizontal).isValid());
-    QCOMPARE(m_model->headerData(1, Qt::Horizontal).toString(), QString("Camera Name"));
-    QCOMPARE(m_model->headerData(7, Qt::Horizontal).toString(), QString("TL Path"));
+    QCOMPARE(m_model->headerData(1, Qt::Horizontal).toString(), QString(Key::CameraName));
+    QCOMPARE(m_model->headerData(7, Qt::Horizontal).toString(), QString(Key::TlPath));
     QVERIFY(!m_model->headerData(8, Qt::Horizontal).isValid());
     QVERIFY(!m_model->headerData(1, Qt::Vertical).isValid());
 

@@ -53,12 +53,12 @@ void TestAravisApiController::cameraInfoDescribesTheGigEVisionCamera()
     const CameraPtr camera = controller_->GetCameraPtr(FakeGv::kExtendedId);
     QVERIFY(camera);
     const CameraInfoMap info = controller_->GetCameraInfo(camera);
-    QCOMPARE(info.value("Extended ID").toString(), QString(FakeGv::kExtendedId));
-    QCOMPARE(info.value("Serial No.").toString(), QString(FakeGv::kSerial));
-    QCOMPARE(info.value("Transport Layer").toString(), QString("GigE Vision"));
-    QCOMPARE(info.value("Interface").toString(), QString("AravisGEV::lo"));
-    QVERIFY(!info.value("TL Path").toString().isEmpty());
-    QVERIFY(info.value("Full Access").toBool());
+    QCOMPARE(info.value(CameraInfoKey::ExtendedId).toString(), QString(FakeGv::kExtendedId));
+    QCOMPARE(info.value(CameraInfoKey::SerialNumber).toString(), QString(FakeGv::kSerial));
+    QCOMPARE(info.value(CameraInfoKey::TransportLayer).toString(), QString("GigE Vision"));
+    QCOMPARE(info.value(CameraInfoKey::Interface).toString(), QString("AravisGEV::lo"));
+    QVERIFY(!info.value(CameraInfoKey::TlPath).toString().isEmpty());
+    QVERIFY(info.value(CameraInfoKey::FullAccess).toBool());
 }
 
 void TestAravisApiController::mapFeaturesAreReadThroughTheCameraLayer()

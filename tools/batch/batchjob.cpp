@@ -1,5 +1,6 @@
 #include "batchjob.h"
 
+#include "CameraInfoMap.h"
 #include "defectclassification.h"
 #include "defectmapcontainer.h"
 #include "defectmapgenerator.h"
@@ -19,10 +20,10 @@ constexpr int kTypedRevision = 4;
 constexpr int kDefaultChunkId = 4096;
 constexpr int kTypedChunkId = 4100;
 
-const QString kSerial = QStringLiteral("Serial No.");
-const QString kModel = QStringLiteral("Model Name");
-const QString kExtendedId = QStringLiteral("Extended ID");
-const QString kCameraId = QStringLiteral("Camera ID");
+const QString kSerial = CameraInfoKey::SerialNumber;
+const QString kModel = CameraInfoKey::ModelName;
+const QString kExtendedId = CameraInfoKey::ExtendedId;
+const QString kCameraId = CameraInfoKey::CameraId;
 
 QJsonArray toArray(const QStringList& list)
 {

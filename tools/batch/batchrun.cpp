@@ -25,12 +25,12 @@
 
 namespace {
 
-const QString kExtendedId = QStringLiteral("Extended ID");
-const QString kCameraId = QStringLiteral("Camera ID");
-const QString kSerial = QStringLiteral("Serial No.");
-const QString kModel = QStringLiteral("Model Name");
-const QString kName = QStringLiteral("Camera Name");
-const QString kFullAccess = QStringLiteral("Full Access");
+const QString kExtendedId = CameraInfoKey::ExtendedId;
+const QString kCameraId = CameraInfoKey::CameraId;
+const QString kSerial = CameraInfoKey::SerialNumber;
+const QString kModel = CameraInfoKey::ModelName;
+const QString kName = CameraInfoKey::CameraName;
+const QString kFullAccess = CameraInfoKey::FullAccess;
 
 QVector<CameraInfoMap> listCameras(ApiController& controller)
 {
