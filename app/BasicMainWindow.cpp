@@ -263,8 +263,8 @@ void BasicMainWindow::OnCameraDisconnected(const QString& extendedId, const QStr
 
 void BasicMainWindow::OnApiControllerAvailable(std::shared_ptr<ApiController> controller)
 {
-    // Destroyed as a member, before the window deletes its children.
-    m_cameraManager = std::make_shared<UxCameraManager>(std::move(controller), this);
+    // A member without Qt parent: destroyed before the window deletes its children.
+    m_cameraManager = std::make_unique<UxCameraManager>(std::move(controller));
 }
 
 void BasicMainWindow::showAbout()

@@ -66,7 +66,7 @@ private:
 
     QListWidget* m_logList;
     CameraDiscoveryWidget* m_discovery = nullptr;
-    std::shared_ptr<UxCameraManager> m_cameraManager;
+    std::unique_ptr<UxCameraManager> m_cameraManager;
     QMenu* m_viewMenu = nullptr;
     QDockWidget* m_cameraListDock = nullptr;
     QDockWidget* m_logDock = nullptr;
