@@ -2,7 +2,6 @@
 
 #include "defectclassification.h"
 #include "defectmaptext.h"
-#include "uxsettings.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -87,9 +86,5 @@ bool loadDefectMapFile(const QString& fileName, t_defpix* map, unsigned int capa
 
 void rememberDefectMapFileDir(const QString& fileName, QString& rememberedDir)
 {
-    const QString dir = QFileInfo(fileName).absolutePath();
-    if (dir == rememberedDir)
-        return;
-    UXCSettings::getInstance()->Set(QStringLiteral("Directory"), QStringLiteral("PDCSettingsFileDir"), dir);
-    rememberedDir = dir;
+    rememberedDir = QFileInfo(fileName).absolutePath();
 }

@@ -42,6 +42,6 @@ bool loadDefectMapFile(const QString& fileName, t_defpix* map, unsigned int capa
                        unsigned int revision, ge3_chunk_id_t chunkId, const DefectMatchPatterns& patterns,
                        QString& rememberedDir);
 
-// Stores the file's folder as the start folder of the map file dialogs when it
-// differs from the remembered one, and updates the remembered copy.
+// The file's folder becomes the remembered one. Nothing here writes settings:
+// the panel stores the remembered folder as the start folder of its dialogs.
 void rememberDefectMapFileDir(const QString& fileName, QString& rememberedDir);

@@ -38,6 +38,13 @@ QString settingsMapDir()
     return UXCSettings::getInstance()->Get("Directory", "PDCSettingsFileDir").toString();
 }
 
+// The folder of the last map file becomes the dialogs' start folder.
+void storeMapDir(const QString& dir)
+{
+    if (dir != settingsMapDir())
+        UXCSettings::getInstance()->Set(QStringLiteral("Directory"), QStringLiteral("PDCSettingsFileDir"), dir);
+}
+
 } // namespace
 
 // Map quantities of the camera
@@ -339,7 +346,9 @@ bool UXCDefectPixelCorrection::SaveMap(t_defpix* map, unsigned int count)
     state.imageWidth = m_geometry.width;
     state.imagePixelCount = m_geometry.pixelCount;
     m_savedFile = name.isEmpty() ? QString() : defectMapFileName(name, m_registerMode);
-    return saveDefectMapFile(name, map, count, state, m_mapDir);
+    const bool saved = saveDefectMapFile(name, map, count, state, m_mapDir);
+    storeMapDir(m_mapDir);
+    return saved;
 }
 
 bool UXCDefectPixelCorrection::LoadMap(t_defpix* map, unsigned int& count)
@@ -355,8 +364,10 @@ bool UXCDefectPixelCorrection::loadMapFile(const QString& name, t_defpix* map, u
 {
     if (!map || name.isEmpty())
         return false;
-    return loadDefectMapFile(name, map, m_maxMapSize, count, static_cast<unsigned int>(m_revision),
-                             static_cast<ge3_chunk_id_t>(m_chunkId), m_patterns, m_mapDir);
+    const bool loaded = loadDefectMapFile(name, map, m_maxMapSize, count, static_cast<unsigned int>(m_revision),
+                                          static_cast<ge3_chunk_id_t>(m_chunkId), m_patterns, m_mapDir);
+    storeMapDir(m_mapDir);
+    return loaded;
 }
 
 void UXCDefectPixelCorrection::on_btnSaveMapToFile_clicked()
