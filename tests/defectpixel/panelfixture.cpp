@@ -10,6 +10,7 @@
 
 #include <QDir>
 #include <QApplication>
+#include <QComboBox>
 #include <QImage>
 #include <QProgressDialog>
 #include <QPushButton>
@@ -191,6 +192,13 @@ void click(UXCDefectPixelCorrection& panel, const char* name)
     QPushButton* target = button(panel, name);
     QVERIFY2(target, name);
     QTest::mouseClick(target, Qt::LeftButton);
+}
+
+void activateSlot(UXCDefectPixelCorrection& panel, int index)
+{
+    auto* selector = panel.findChild<QComboBox*>(QStringLiteral("cmbDefectPixelMapSelector"));
+    selector->setCurrentIndex(index);
+    emit selector->activated(index);
 }
 
 } // namespace PanelFixture

@@ -90,5 +90,7 @@ QStringList logLines(const QSignalSpy& spy);
 // Clicks a button of the panel's form by object name.
 void click(UXCDefectPixelCorrection& panel, const char* button);
 QPushButton* button(UXCDefectPixelCorrection& panel, const char* name);
+// Chooses a map slot in the selector as the user does.
+void activateSlot(UXCDefectPixelCorrection& panel, int index);
 
 } // namespace PanelFixture

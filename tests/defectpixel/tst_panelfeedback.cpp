@@ -5,7 +5,7 @@
 
 #include <sim/simcontrol.h>
 
-#include <QComboBox>
+#include <QBuffer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -22,12 +22,10 @@ const char* const kSmallMapJson = R"({ "id": "DEV_SMF0001", "model": "kvd123MXGE
     "mapMaxSize": 8, "sensor": { "width": 96, "height": 64, "seed": 7, "hot": 9, "dead": 0, "stuck": 0,
     "clusters": 0 } })";
 
-void selectSlot(UXCDefectPixelCorrection& panel, int index)
-{
-    auto* selector = panel.findChild<QComboBox*>("cmbDefectPixelMapSelector");
-    selector->setCurrentIndex(index);
-    emit selector->activated(index);
-}
+// Register maps, reporting room for 3 entries while the factory slot holds more.
+const char* const kShortMaximumJson = R"({ "id": "DEV_SRM0001", "model": "kvd123MXGE", "serial": "SRM0001",
+    "name": "Short maximum", "interface": "sim-eth0", "mapAccess": "register", "mapRevision": 3, "mapSlots": 2,
+    "mapMaxSizeReported": 3 })";
 
 bool writeText(const QString& path, const QByteArray& text)
 {
@@ -62,6 +60,9 @@ private slots:
     void localTextMapsAreCheckedBeforeUpload();
     void factorySlotIsRefusedBeforeAnyQuestion();
     void truncatedAndStaleMapsAreShown();
+    void singleImageRefusalsAreTold_data();
+    void singleImageRefusalsAreTold();
+    void mapActionsWithoutAMapOrBeyondTheMaximum();
 
 private:
     Session m_session;
@@ -75,6 +76,7 @@ void TestPanelFeedback::initTestCase()
     if (!m_session.start())
         QSKIP("the simulated cameras are not available");
     QCOMPARE(ZebCPP::SimControl::PlugCamera(kSmallMapJson), ZebCPP::ZebErrorSuccess);
+    QCOMPARE(ZebCPP::SimControl::PlugCamera(kShortMaximumJson), ZebCPP::ZebErrorSuccess);
 }
 
 void TestPanelFeedback::cleanupTestCase()
@@ -89,7 +91,7 @@ void TestPanelFeedback::localTextMapsAreCheckedBeforeUpload()
     panel.setDialogs(&dialogs);
     QSignalSpy outcome(&panel, &UXCDefectPixelCorrection::actionOutcome);
     QVERIFY(panel.Init(m_session.open(kRegisterMono)));
-    selectSlot(panel, 1);
+    activateSlot(panel, 1);
 
     // Junk lines and a repeated position are dropped, and the question says so.
     const QString good = m_dir.filePath("good.txt");
@@ -140,19 +142,19 @@ void TestPanelFeedback::factorySlotIsRefusedBeforeAnyQuestion()
     RecordingDialogs dialogs;
     panel.setDialogs(&dialogs);
     QVERIFY(panel.Init(m_session.open(kRegisterMono)));
-    selectSlot(panel, 0);
+    activateSlot(panel, 0);
     QVERIFY(button(panel, "btnUploadLocalMap")->toolTip().contains("factory map"));
     click(panel, "btnUploadLocalMap");
     QVERIFY(!dialogs.last("question"));
     QCOMPARE(dialogs.last("critical")->text, QString("Upload failed: upload to factory map is protected!"));
-    selectSlot(panel, 1);
+    activateSlot(panel, 1);
     QVERIFY(button(panel, "btnUploadLocalMap")->toolTip().isEmpty());
     panel.Reset();
     QVERIFY(m_session.close(kRegisterMono));
 
     // File-access cameras disable the buttons; the tooltip says why.
     QVERIFY(panel.Init(m_session.open(kMonoFile)));
-    selectSlot(panel, 0);
+    activateSlot(panel, 0);
     QVERIFY(!button(panel, "btnUploadLocalMap")->isEnabled());
     QVERIFY(button(panel, "btnUploadMapToCam")->toolTip().contains("factory map"));
     panel.Reset();
@@ -181,6 +183,12 @@ void TestPanelFeedback::truncatedAndStaleMapsAreShown()
     QCOMPARE(panel.findChild<QLabel*>("lblMapNote")->text(), warning);
     QVERIFY(!panel.isMapStale());
 
+    // A save into a folder that does not exist fails aloud.
+    dialogs.saveFileName = QStringList{m_dir.filePath("missing/map")};
+    click(panel, "btnSaveMapToFile");
+    QCOMPARE(dialogs.messages().last(), QString("critical|Save Map|Save to file failed!"));
+    QCOMPARE(outcomes(outcome).last(), QString("Saving the map failed."));
+
     // Removing an image makes the shown map out of date; uploading it asks first.
     auto* list = panel.findChild<QListWidget*>("listDarkImagePath");
     panel.show();
@@ -192,7 +200,7 @@ void TestPanelFeedback::truncatedAndStaleMapsAreShown()
     QCOMPARE(list->count(), 2);
     QVERIFY(panel.isMapStale());
     QVERIFY(panel.findChild<QLineEdit*>("txtDefectPixelCount")->font().strikeOut());
-    selectSlot(panel, 1);
+    activateSlot(panel, 1);
     dialogs.answer = QMessageBox::No;
     click(panel, "btnUploadMapToCam");
     QVERIFY(dialogs.last("question")->text.contains("out of date"));
@@ -203,6 +211,66 @@ void TestPanelFeedback::truncatedAndStaleMapsAreShown()
     QVERIFY(!panel.findChild<QLineEdit*>("txtDefectPixelCount")->font().strikeOut());
     panel.Reset();
     QVERIFY(m_session.close("SMF0001"));
+}
+
+void TestPanelFeedback::singleImageRefusalsAreTold_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QString>("logLine");
+    QTest::newRow("not an image") << QByteArray("no image") << "critical|Load Image|%1 failed!"
+                                  << "2|Loading image '%1' failed.";
+    QImage mono(8, 4, QImage::Format_Mono);
+    mono.fill(1);
+    QBuffer bitmap;
+    QVERIFY(bitmap.open(QIODevice::WriteOnly) && mono.save(&bitmap, "BMP"));
+    QTest::newRow("1-bit bitmap") << bitmap.data() << "information|Load Image|%1: image format not supported!"
+                                  << "2|Loading '%1': Image format not supported.";
+}
+
+void TestPanelFeedback::singleImageRefusalsAreTold()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, message);
+    QFETCH(QString, logLine);
+    const QString path = m_dir.filePath(QString("refused-%1.bmp").arg(QTest::currentDataTag()));
+    QVERIFY(writeText(path, content));
+    UXCDefectPixelCorrection panel;
+    RecordingDialogs dialogs;
+    panel.setDialogs(&dialogs);
+    QSignalSpy log(&panel, &UXCDefectPixelCorrection::sendLogMessage);
+    QVERIFY(panel.Init(m_session.open(kMonoFile)));
+    dialogs.openFileNames = QStringList{path};
+    click(panel, "btnAddDarkImage");
+    QCOMPARE(dialogs.messages(), QStringList{message.arg(path)});
+    QVERIFY(logLines(log).contains(logLine.arg(path)));
+    QCOMPARE(panel.darkParams().count, 0u);
+    panel.Reset();
+    QVERIFY(m_session.close(kMonoFile));
+}
+
+void TestPanelFeedback::mapActionsWithoutAMapOrBeyondTheMaximum()
+{
+    UXCDefectPixelCorrection panel;
+    RecordingDialogs dialogs;
+    panel.setDialogs(&dialogs);
+    QSignalSpy log(&panel, &UXCDefectPixelCorrection::sendLogMessage);
+    QVERIFY(panel.Init(m_session.open("SRM0001")));
+    activateSlot(panel, 1);
+    // Nothing generated: the upload says so instead of asking.
+    QVERIFY(QMetaObject::invokeMethod(&panel, "on_btnUploadMapToCam_clicked"));
+    QCOMPARE(dialogs.messages(), QStringList{"information|Upload Defect Pixel Map|Upload failed: empty map"});
+    QCOMPARE(logLines(log).last(), QString("2|Upload failed: empty map!"));
+
+    // The factory slot holds more entries than the camera says fit: its download is refused.
+    dialogs.calls.clear();
+    activateSlot(panel, 0);
+    dialogs.saveFileName = QStringList{m_dir.filePath("factory")};
+    click(panel, "btnDownloadMapToFile");
+    QCOMPARE(dialogs.messages().value(0), QString("critical|Download Map From Camera|Download failed: invalid map size!"));
+    QVERIFY(logLines(log).contains("2|Download failed: invalid map size!"));
+    panel.Reset();
+    QVERIFY(m_session.close("SRM0001"));
 }
 
 QTEST_MAIN(TestPanelFeedback)
