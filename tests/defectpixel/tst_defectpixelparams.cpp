@@ -104,7 +104,6 @@ private slots:
     void updateMatchesPlainDivision();
     void largeCountsAndOtherWeights();
     void addingAndRemovingInAnyOrderRestoresMean();
-    void tenAndElevenGiveRemainderOne();
     void removingLastOrFromEmptySeriesFreesBuffers();
     void rgb32ContributesSinglePrecisionAverage();
     void meanSharingBytesWithImage();
@@ -245,20 +244,6 @@ void TestDefectPixelParams::addingAndRemovingInAnyOrderRestoresMean()
     QCOMPARE(params.count, 1u);
     QCOMPARE(bytesOf(mean.constBits(), 32), meanOfFirst);
     QCOMPARE(bytesOf(params.remainder, 32), QByteArray(32, 0));
-}
-
-void TestDefectPixelParams::tenAndElevenGiveRemainderOne()
-{
-    DefectPixelParams params;
-    QImage ten = grey(4, 2, 10), eleven = grey(4, 2, 11);
-    QImage mean = ten.convertToFormat(QImage::Format_Grayscale8);
-    QVERIFY(params.update(mean, ten, 1));
-    QVERIFY(params.update(mean, eleven, 1));
-    QCOMPARE(bytesOf(mean.constBits(), 8), QByteArray(8, 10));
-    QCOMPARE(bytesOf(params.remainder, 8), QByteArray(8, 1));
-    QVERIFY(params.update(mean, eleven, -1));
-    QCOMPARE(bytesOf(mean.constBits(), 8), QByteArray(8, 10));
-    QCOMPARE(bytesOf(params.remainder, 8), QByteArray(8, 0));
 }
 
 void TestDefectPixelParams::removingLastOrFromEmptySeriesFreesBuffers()

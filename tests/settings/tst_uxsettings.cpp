@@ -13,7 +13,6 @@ private slots:
     void init();
 
     void firstStartLaysOutFoldersAndMainFile();
-    void firstStartWritesProfilesAndPatterns();
     void secondStartReplacesBrokenDirectories_data();
     void secondStartReplacesBrokenDirectories();
     void secondStartWorksInsideSettingsGroup();
@@ -81,39 +80,6 @@ void TestUXCSettings::firstStartLaysOutFoldersAndMainFile()
     store->Set("Directory", "SaveImageDir", "/somewhere");
     QCOMPARE(store->Get("Directory", "SaveImageDir").toString(), QString("/somewhere"));
     QCOMPARE(store->Get("Directory", "NoSuchKey", 7).toInt(), 7);
-}
-
-void TestUXCSettings::firstStartWritesProfilesAndPatterns()
-{
-    auto store = start();
-    QSettings profiles(configFile("ccprofiles.ini"), QSettings::IniFormat);
-    QCOMPARE(profiles.childGroups(), QStringList({"Profile SRGB", "Profile SRGB Weighted"}));
-    const QRegularExpression colour("^#[0-9a-f]{6}$");
-    for (int i = 0; i < 24; ++i) {
-        const QString key = QString("%1").arg(i, 2, 10, QChar('0'));
-        const QStringList plain = profiles.value("Profile SRGB/" + key).toStringList();
-        QCOMPARE(plain.size(), 2);
-        QVERIFY2(colour.match(plain[0]).hasMatch(), qPrintable(plain[0]));
-        QCOMPARE(plain[1], QString("1"));
-        QCOMPARE(profiles.value("Profile SRGB Weighted/" + key).toStringList().value(0), plain[0]);
-    }
-    QCOMPARE(profiles.value("Profile SRGB Weighted/15").toStringList(), QStringList({"#eec614", "1.033"}));
-    QCOMPARE(profiles.value("Profile SRGB Weighted/23").toStringList(), QStringList({"#313133", "0.06659"}));
-
-    QSettings* patterns = store->GetDeffMatchSettings();
-    const QStringList groups = patterns->childGroups();
-    QCOMPARE(groups.size(), 34);
-    QCOMPARE(groups.last(), QString("DefMatch33"));
-    const QStringList dontCare({"-1", "-1", "-1", "-1", "-1"});
-    for (const QString& group : groups) {
-        patterns->beginGroup(group);
-        QCOMPARE(patterns->childKeys(), QStringList({"a", "b", "c", "d", "e", "f"}));
-        QCOMPARE(patterns->value("a").toStringList(), dontCare);
-        QCOMPARE(patterns->value("e").toStringList(), dontCare);
-        patterns->endGroup();
-    }
-    QCOMPARE(patterns->value("DefMatch16/d").toStringList(), QStringList({"-1", "-1", "1", "0", "-1"}));
-    QCOMPARE(patterns->value("DefMatch33/f").toInt(), 113);
 }
 
 void TestUXCSettings::secondStartReplacesBrokenDirectories_data()

@@ -81,7 +81,6 @@ private slots:
 
     void nthOperationFailsWithItsCode_data();
     void nthOperationFailsWithItsCode();
-    void faultArgumentsAreChecked();
     void cameraVanishesDuringFileTransfer();
     void cameraVanishesDuringMemoryWrite();
     void twoThreadsShareOneCamera();
@@ -146,16 +145,6 @@ void TestZebFaults::nthOperationFailsWithItsCode()
     }
     prepare();
     QCOMPARE(operate(camera, faultKind), ZebErrorSuccess); // armed once only
-}
-
-void TestZebFaults::faultArgumentsAreChecked()
-{
-    QCOMPARE(SimControl::InjectFault(ZebTest::kRegister, FaultKind::Open, 0, ZebErrorTimeout), ZebErrorBadParameter);
-    QCOMPARE(SimControl::InjectFault(ZebTest::kRegister, FaultKind::Open, 1, ZebErrorSuccess), ZebErrorBadParameter);
-    QCOMPARE(SimControl::InjectFault("nobody", FaultKind::Open, 1, ZebErrorTimeout), ZebErrorNotFound);
-    QCOMPARE(SimControl::InjectFault(ZebTest::kRegister, FaultKind::Open, 1, ZebErrorTimeout), ZebErrorSuccess);
-    QCOMPARE(SimControl::ClearFaults(ZebTest::kRegister), ZebErrorSuccess);
-    QVERIFY(ZebTest::openCamera(ZebTest::kRegister));
 }
 
 void TestZebFaults::cameraVanishesDuringFileTransfer()

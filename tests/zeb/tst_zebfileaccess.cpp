@@ -9,16 +9,7 @@ constexpr uint32_t kBlock = 0x10000;
 
 void putWord(std::vector<uint8_t>& bytes, size_t offset, uint32_t value)
 {
-    for (int i = 0; i < 4; ++i)
-        bytes[offset + i] = static_cast<uint8_t>(value >> (8 * i));
-}
-
-uint32_t wordAt(const std::vector<uint8_t>& bytes, size_t offset)
-{
-    uint32_t value = 0;
-    for (int i = 0; i < 4; ++i)
-        value |= uint32_t(bytes[offset + i]) << (8 * i);
-    return value;
+    qToLittleEndian<quint32>(value, bytes.data() + offset);
 }
 
 // A map container as the application sends it; typed entries for revision 4.
@@ -40,7 +31,7 @@ std::vector<uint8_t> container(const std::vector<SimControl::SimMapEntry>& entri
     }
     uint32_t sum = 0;
     for (size_t offset = 0; offset < bytes.size(); offset += 4)
-        sum += wordAt(bytes, offset);
+        sum += qFromLittleEndian<quint32>(bytes.data() + offset);
     putWord(bytes, 8, 0u - sum);
     return bytes;
 }
@@ -109,7 +100,7 @@ public:
         return err != ZebErrorSuccess ? err : closed;
     }
 
-    ZebErrorType download(const char* file, std::vector<uint8_t>& data, int* blocks = nullptr)
+    ZebErrorType download(const char* file, std::vector<uint8_t>& data)
     {
         ZebErrorType err = openFile(file, "Read");
         if (err != ZebErrorSuccess)
@@ -118,8 +109,7 @@ public:
         f("FileSize")->GetValue(size);
         const bool setLength = lengthWritable();
         data.assign(size_t(size), 0);
-        int count = 0;
-        for (int64_t offset = 0; offset < size && err == ZebErrorSuccess; offset += kBlock, ++count) {
+        for (int64_t offset = 0; offset < size && err == ZebErrorSuccess; offset += kBlock) {
             const auto n = uint32_t(std::min<int64_t>(kBlock, size - offset));
             err = f("FileAccessOffset")->SetValue(offset);
             if (err == ZebErrorSuccess && setLength)
@@ -134,8 +124,6 @@ public:
             if (err == ZebErrorSuccess)
                 err = f("FileAccessBuffer")->GetRawData(data.data() + offset, n, filled);
         }
-        if (blocks)
-            *blocks = count;
         const ZebErrorType closed = run("Close");
         return err != ZebErrorSuccess ? err : closed;
     }
@@ -162,14 +150,11 @@ private slots:
 
     void mapUploadReplacesSlotMap_data();
     void mapUploadReplacesSlotMap();
-    void largeFileMovesInBlocks_data();
-    void largeFileMovesInBlocks();
     void corruptContainerKeepsOldMap_data();
     void corruptContainerKeepsOldMap();
     void deleteEmptiesWritableFilesOnly();
     void openModesFollowFilePermissions();
     void protocolOrderIsEnforced();
-    void chunkIdsFollowSelectedFile();
 };
 
 void TestZebFileAccess::mapUploadReplacesSlotMap_data()
@@ -210,36 +195,6 @@ void TestZebFileAccess::mapUploadReplacesSlotMap()
     std::vector<uint8_t> readBack;
     QCOMPARE(client.download("DefPixMap2", readBack), ZebErrorSuccess);
     QVERIFY(readBack == bytes);
-}
-
-void TestZebFileAccess::largeFileMovesInBlocks_data()
-{
-    QTest::addColumn<QString>("serial");
-    QTest::addColumn<int>("size");
-    QTest::addColumn<int>("blocks");
-    QTest::newRow("exactly one block") << ZebTest::kMonoFile << 65536 << 1;
-    QTest::newRow("one byte more") << ZebTest::kMonoFile << 65537 << 2;
-    QTest::newRow("read-only length") << ZebTest::kColorFile << 150000 << 3;
-}
-
-void TestZebFileAccess::largeFileMovesInBlocks()
-{
-    QFETCH(QString, serial);
-    QFETCH(int, size);
-    QFETCH(int, blocks);
-    FileClient client(ZebTest::openCamera(serial.toStdString()));
-    std::vector<uint8_t> data(static_cast<size_t>(size));
-    for (size_t i = 0; i < data.size(); ++i)
-        data[i] = uint8_t(i * 31 + i / 251);
-    QCOMPARE(client.upload("UserData", data), ZebErrorSuccess);
-    int64_t fileSize = 0;
-    client.f("FileSize")->GetValue(fileSize);
-    QCOMPARE(fileSize, int64_t(size));
-    std::vector<uint8_t> readBack;
-    int count = 0;
-    QCOMPARE(client.download("UserData", readBack, &count), ZebErrorSuccess);
-    QCOMPARE(count, blocks);
-    QVERIFY(readBack == data);
 }
 
 void TestZebFileAccess::corruptContainerKeepsOldMap_data()
@@ -353,24 +308,6 @@ void TestZebFileAccess::protocolOrderIsEnforced()
     SimControl::GetDeviceFile(ZebTest::kMonoFile, "UserData", content);
     QVERIFY(content.empty());
     QCOMPARE(client.f("FileAccessLength")->SetValue(int64_t(kBlock + 1)), ZebErrorInvalidValue);
-}
-
-void TestZebFileAccess::chunkIdsFollowSelectedFile()
-{
-    for (const char* serial : {ZebTest::kMonoFile, ZebTest::kColorFile}) {
-        FileClient client(ZebTest::openCamera(serial));
-        const int64_t mapChunk = serial == ZebTest::kColorFile ? 4100 : 4096;
-        int64_t id = 0;
-        client.f("FileSelector")->SetValue("DefPixMap1");
-        client.f("FileChunkId")->GetValue(id);
-        QCOMPARE(id, mapChunk);
-        client.f("FileSelector")->SetValue("UserData");
-        client.f("FileChunkId")->GetValue(id);
-        QCOMPARE(id, int64_t(4098));
-        client.f("FileSelector")->SetValue("DefPixMap1");
-        client.f("FileSize")->GetValue(id);
-        QCOMPARE(id, int64_t(0));
-    }
 }
 
 QTEST_GUILESS_MAIN(TestZebFileAccess)

@@ -69,7 +69,6 @@ private slots:
 
     void blockUploadReplacesSelectedMap_data();
     void blockUploadReplacesSelectedMap();
-    void memoryHoldsWordsInDeviceByteOrder();
     void perEntryWritesAppend();
     void factoryMapRefusesChanges();
     void badRegisterAccessIsRefused_data();
@@ -128,19 +127,6 @@ void TestZebRegisters::blockUploadReplacesSelectedMap()
     // A shorter block starting at the first entry makes a shorter map.
     QCOMPARE(client.write(kEntries, {words[0], words[1]}), ZebErrorSuccess);
     QCOMPARE(client.value(kSize), 2u);
-}
-
-void TestZebRegisters::memoryHoldsWordsInDeviceByteOrder()
-{
-    CameraPtr camera = ZebTest::openCamera(ZebTest::kRegister);
-    uint8_t raw[4] = {};
-    uint32_t done = 0;
-    QCOMPARE(camera->ReadMemory(kMaxSize, raw, 4, done), ZebErrorSuccess);
-    QCOMPARE(done, 4u);
-    // 2000 entries, most significant byte first on the wire.
-    QCOMPARE(int(raw[0]), 0);
-    QCOMPARE(int(raw[2]), 0x07);
-    QCOMPARE(int(raw[3]), 0xD0);
 }
 
 void TestZebRegisters::perEntryWritesAppend()
