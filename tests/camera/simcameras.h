@@ -3,7 +3,7 @@
 // Shared set-up of the camera suites: the simulated cameras they run against and
 // map containers as a camera's map slot accepts them.
 
-#include <ZebCPP.h>
+#include "../zeb/zebtestsupport.h"
 
 #include <QString>
 #include <QtEndian>
@@ -32,9 +32,7 @@ inline std::string bigMapCameraJson(const std::string& id, unsigned int operatio
 // The simulated cameras only: no GigE Vision discovery, so that the camera set is known.
 inline bool startup()
 {
-    qputenv("ZEB_SIM_CAMERAS", "default");
-    qunsetenv("ZEB_GEV_ADDRESSES");
-    return ZebCPP::ZebSystem::GetInstance().Startup() == ZebCPP::ZebErrorSuccess;
+    return ZebTest::startSdk() == ZebCPP::ZebErrorSuccess;
 }
 
 // Null when the camera is unknown or cannot be opened.

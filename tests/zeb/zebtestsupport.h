@@ -15,7 +15,6 @@ namespace ZebTest {
 inline const char* const kMonoFile = "KV1230001";     // file access, revision 3, big-endian GigE
 inline const char* const kColorFile = "PM5000002";    // file access, revision 4, USB3, read-only length
 inline const char* const kRegister = "RY1300003";     // register mode, big-endian GigE
-inline const char* const kIncompatible = "KV0120004"; // model outside the compatibility table
 inline const char* const kHeld = "TB2000005";         // read-only permitted access
 
 // Only the simulated cameras: without GigE Vision addresses the SDK loads no
