@@ -1,4 +1,5 @@
 #include "CameraDiscoveryWidget.h"
+#include "dpcversion.h"
 #include "mainwindow.h"
 #include "uxcamera.h"
 #include "uxdefectpixelcorrection.h"
@@ -142,14 +143,15 @@ void TestMainWindow::cleanup()
 
 void TestMainWindow::aboutBox()
 {
-    QCoreApplication::setApplicationVersion(QStringLiteral("1.0.0.f59f2ff"));
+    const QString version = QString::fromLatin1(kDpcVersion);
+    QCoreApplication::setApplicationVersion(version);
     m_window->menuBar()->actions().value(1)->menu()->actions().value(0)->trigger();
     QCOMPARE(m_window->aboutTitle, QStringLiteral("About"));
     const QStringList lines = m_window->aboutText.split('\n');
     QCOMPARE(lines.size(), 4);
     QCOMPARE(lines[0], QStringLiteral("Corvane Optics Orvel Defect Pixel Correction Assistant is a Qt application "
                                       "using the ZebCPP API."));
-    QCOMPARE(lines[1], QStringLiteral("Version: 1.0.0.f59f2ff"));
+    QCOMPARE(lines[1], QStringLiteral("Version: ") + version);
     QVERIFY(lines[2].isEmpty());
 }
 
