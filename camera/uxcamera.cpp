@@ -188,7 +188,7 @@ bool UxCamera::runFileOperation(const char* operation, unsigned long timeoutMs)
 }
 
 bool UxCamera::UploadBuffer(std::vector<unsigned char> buffer, const char* fileName, const char* fileSelector,
-                            long* bytesWritten)
+                            long* bytesWritten, const std::atomic<bool>* cancel)
 {
     if (buffer.empty() || fileName == nullptr || fileSelector == nullptr)
         return false;
@@ -210,7 +210,7 @@ bool UxCamera::UploadBuffer(std::vector<unsigned char> buffer, const char* fileN
     if (!lengthWritable || m_features->SetValue("FileAccessLength", block)) {
         std::vector<unsigned char> chunk;
         chunk.reserve(static_cast<size_t>(block));
-        while (remaining > 0) {
+        while (remaining > 0 && !(cancel && *cancel)) {
             const long long n = std::min(block, remaining);
             if (!m_features->SetValue("FileAccessOffset", offset))
                 break;
@@ -249,7 +249,7 @@ bool UxCamera::UploadLocalFile(const QString& localPath, const char* fileName, c
 }
 
 bool UxCamera::DownloadDeviceFile(const QString& localPath, const char* fileName, const char* fileSelector,
-                                  long* bytesRead)
+                                  long* bytesRead, const std::atomic<bool>* cancel)
 {
     if (localPath.isEmpty() || fileName == nullptr || fileSelector == nullptr || bytesRead == nullptr)
         return false;
@@ -286,7 +286,7 @@ bool UxCamera::DownloadDeviceFile(const QString& localPath, const char* fileName
     long long offset = 0;
     while (remaining > 0) {
         const long long n = std::min(block, remaining);
-        if (!m_features->SetValue("FileAccessOffset", offset))
+        if ((cancel && *cancel) || !m_features->SetValue("FileAccessOffset", offset))
             return abort();
         if (n < block && lengthWritable && !m_features->SetValue("FileAccessLength", n))
             return abort();
@@ -378,4 +378,37 @@ bool UxCamera::AcquireSingleImage(FramePtr& frame, unsigned int timeoutMs, Frame
         }
     }
     return false;
+}
+
+bool UxCamera::getFeature(const char* name, QVariant& value)
+{
+    return m_features->GetValue(name, value);
+}
+
+bool UxCamera::setFeature(const char* name, const QVariant& value)
+{
+    return m_features->SetValue(name, value);
+}
+
+bool UxCamera::featureEntries(const char* name, QStringList& entries)
+{
+    return m_features->GetSubFeatures(name, entries);
+}
+
+bool UxCamera::runCommand(const char* name, unsigned long timeoutMs)
+{
+    return m_features->SetCommand(name, timeoutMs);
+}
+
+bool UxCamera::uploadFile(const std::vector<unsigned char>& data, const QString& file, long& written,
+                          const std::atomic<bool>* cancel)
+{
+    const QByteArray name = file.toUtf8();
+    return UploadBuffer(data, name.constData(), name.constData(), &written, cancel);
+}
+
+bool UxCamera::downloadFile(const QString& path, const QString& file, long& read, const std::atomic<bool>* cancel)
+{
+    const QByteArray name = file.toUtf8();
+    return DownloadDeviceFile(path, name.constData(), name.constData(), &read, cancel);
 }

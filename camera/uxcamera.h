@@ -1,5 +1,7 @@
 #pragma once
 
+#include "cameraport.h"
+
 #include <ZebC.h>
 #include <ZebCPP.h>
 
@@ -14,8 +16,9 @@ class UxCameraFeature;
 // One opened camera: identification, device memory and registers, the GenICam
 // file-access protocol, user sets, packet size and single images. Every feature
 // access goes through its UxCameraFeature. Transfers may run on a worker thread;
-// updateTransferProcess then reaches receivers of other threads queued.
-class UxCamera : public QObject {
+// updateTransferProcess then reaches receivers of other threads queued. As a
+// CameraPort it serves the map slots.
+class UxCamera : public QObject, public CameraPort {
     Q_OBJECT
 
 public:
@@ -46,14 +49,15 @@ public:
 
     // Writes the buffer as the device file chosen by fileSelector (and fileName
     // where the camera has "Filename"). True once the file was closed again;
-    // *bytesWritten then tells how much of the buffer arrived.
+    // *bytesWritten then tells how much of the buffer arrived. A set cancel flag
+    // stops the transfer before its next block.
     bool UploadBuffer(std::vector<unsigned char> buffer, const char* fileName, const char* fileSelector,
-                      long* bytesWritten);
+                      long* bytesWritten, const std::atomic<bool>* cancel = nullptr);
     bool UploadLocalFile(const QString& localPath, const char* fileName, const char* fileSelector,
                          long* bytesWritten);
     // Copies the device file into a new local file; a failed transfer leaves the part read.
     bool DownloadDeviceFile(const QString& localPath, const char* fileName, const char* fileSelector,
-                            long* bytesRead);
+                            long* bytesRead, const std::atomic<bool>* cancel = nullptr);
     bool DeleteDeviceFile(const char* fileName, const char* fileSelector);
     // Which open modes the device file selected now refuses; "FileOpenMode" is
     // left at the last mode the camera accepted.
@@ -66,6 +70,30 @@ public:
     // Up to five attempts at one complete frame.
     bool AcquireSingleImage(ZebCPP::FramePtr& frame, unsigned int timeoutMs,
                             ZebCPP::FrameAllocationMode allocationMode = ZebCPP::FrameAllocationModeSdk);
+
+    // CameraPort
+    bool isBigEndian() const override { return m_bigEndian; }
+    bool readRegister(unsigned long address, uint32_t& value) override { return ReadRegister(address, &value); }
+    bool writeRegister(unsigned long address, uint32_t value) override { return WriteRegister(address, value); }
+    bool readMemory(unsigned long address, unsigned char* data, unsigned int& bytes) override
+    {
+        return Read(address, data, &bytes);
+    }
+    bool writeMemory(unsigned long address, const unsigned char* data, unsigned int& bytes) override
+    {
+        return Write(address, data, &bytes);
+    }
+    bool getFeature(const char* name, QVariant& value) override;
+    bool setFeature(const char* name, const QVariant& value) override;
+    bool featureEntries(const char* name, QStringList& entries) override;
+    bool runCommand(const char* name, unsigned long timeoutMs) override;
+    bool fileAccessMode(bool& cannotRead, bool& cannotWrite) override
+    {
+        return GetFileAccessMode(&cannotRead, &cannotWrite);
+    }
+    bool uploadFile(const std::vector<unsigned char>& data, const QString& file, long& written,
+                    const std::atomic<bool>* cancel) override;
+    bool downloadFile(const QString& path, const QString& file, long& read, const std::atomic<bool>* cancel) override;
 
 signals:
     void updateTransferProcess(long long remaining, QString fileName, QString fileOperation);

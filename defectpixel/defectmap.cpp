@@ -44,3 +44,13 @@ bool DefectMapWriter::contains(unsigned int x, unsigned int y) const
 {
     return m_occupied.count(key(x, y)) != 0;
 }
+
+bool DefectMap::add(unsigned int x, unsigned int y, unsigned int type)
+{
+    return defpix_add(data(), capacity(), x, y, type, m_count);
+}
+
+bool DefectMap::contains(unsigned int x, unsigned int y) const
+{
+    return defpix_avail(data(), m_count, x, y);
+}

@@ -6,7 +6,6 @@
 
 namespace {
 
-constexpr unsigned int kTypedRevision = 4;
 constexpr size_t kChunkStart = 12;
 
 enum HeaderWord { Magic, Size, Checksum, ChunkId, ChunkLength, ImageWidth, ImagePixelCount, Reserved };
@@ -27,7 +26,7 @@ void writeWord(unsigned char* data, size_t offset, uint32_t word)
 
 unsigned int defPixContainerEntrySize(unsigned int revision)
 {
-    return revision == kTypedRevision ? 12 : 8;
+    return revision == unsigned(kTypedMapRevision) ? 12 : 8;
 }
 
 uint32_t defPixContainerWordSum(const unsigned char* data, size_t size)

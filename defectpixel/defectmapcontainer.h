@@ -1,6 +1,7 @@
 #pragma once
 
 #include "defectmap.h"
+#include "mapformat.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -12,7 +13,7 @@ typedef uint32_t ge3_chunk_id_t;
 constexpr uint32_t kDefPixContainerMagic = 0x1F56ADFC;
 constexpr uint32_t kDefPixContainerHeaderSize = 32;
 // Written for every nonzero revision, whatever chunk id the caller passes.
-constexpr ge3_chunk_id_t kDefPixTypedChunkId = 4100;
+constexpr ge3_chunk_id_t kDefPixTypedChunkId = kTypedChunkId;
 
 // Bytes per entry: X, Y and the type for revision 4; X and Y for the others.
 unsigned int defPixContainerEntrySize(unsigned int revision);

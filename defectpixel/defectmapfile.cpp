@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr unsigned int kTypedRevision = 4;
 
 bool writeWhole(const QString& fileName, QIODevice::OpenMode mode, const char* data, qint64 size)
 {
@@ -79,7 +78,7 @@ bool loadDefectMapFile(const QString& fileName, t_defpix* map, unsigned int capa
         return false;
     file.close();
     rememberDefectMapFileDir(fileName, rememberedDir);
-    if (revision == kTypedRevision || chunkId == kDefPixTypedChunkId)
+    if (isTypedMap(int(revision), int(chunkId)))
         conv_defpix_map_990(map, count, patterns);
     return true;
 }

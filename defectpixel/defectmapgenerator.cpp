@@ -14,12 +14,18 @@ bool coversGeometry(const QImage& mean, const ImageGeometry& geometry)
     return uint64_t(mean.width()) * uint64_t(mean.height()) >= uint64_t(geometry.width) * geometry.height;
 }
 
-const unsigned char* readyMask(const QImage& mean, DefectPixelParams& params, bool absolute,
-                               const ImageGeometry& geometry)
+// Null for a series without mask; false when its threshold step found no memory.
+bool readyMask(const QImage& mean, DefectPixelParams& params, bool absolute, const ImageGeometry& geometry,
+               const unsigned char*& mask)
 {
-    if (mean.isNull() || !params.localThreshold(mean, absolute) || !coversGeometry(mean, geometry))
-        return nullptr;
-    return params.defectMask;
+    mask = nullptr;
+    if (mean.isNull())
+        return true;
+    if (!params.localThreshold(mean, absolute))
+        return false;
+    if (coversGeometry(mean, geometry))
+        mask = params.defectMask;
+    return true;
 }
 
 uint64_t eightBytes(const unsigned char* mask, size_t index)
@@ -72,13 +78,13 @@ struct DefectCollector {
 // skipped and flagged pixels visited one by one. Once the map is full the rest
 // is only counted.
 void collectDefects(const unsigned char* darkMask, const unsigned char* brightMask,
-                    const ImageGeometry& geometry, const DefectMapTarget& target, DefectCollector collector)
+                    const ImageGeometry& geometry, const DefectMap& map, DefectCollector collector)
 {
     const uint32_t width = geometry.width;
     const size_t end = size_t(width) * geometry.height;
     for (uint32_t y = 0; y < geometry.height; ++y) {
         const size_t row = size_t(y) * width;
-        if (target.count >= target.capacity) {
+        if (map.count() >= map.capacity()) {
             if (darkMask)
                 collector.dark.defectCount += countFlagged(darkMask, row, end);
             if (brightMask)
@@ -103,26 +109,31 @@ void collectDefects(const unsigned char* darkMask, const unsigned char* brightMa
 
 MapGeneration create_defpix_map(const QImage& darkMean, const QImage& brightMean,
                                 DefectPixelParams& dark, DefectPixelParams& bright,
-                                const ImageGeometry& geometry, const DefectMapTarget& target)
+                                const ImageGeometry& geometry, DefectMap& map)
 {
     if (darkMean.isNull() && brightMean.isNull())
         return MapGeneration::MissingImages;
-    target.reset();
-    const unsigned char* darkMask = readyMask(darkMean, dark, true, geometry);
-    const unsigned char* brightMask = readyMask(brightMean, bright, false, geometry);
-    DefectMapWriter writer(target.map, target.capacity, target.count);
-    collectDefects(darkMask, brightMask, geometry, target, {dark, &bright, writer});
+    const unsigned char* darkMask = nullptr;
+    const unsigned char* brightMask = nullptr;
+    if (!readyMask(darkMean, dark, true, geometry, darkMask)
+        || !readyMask(brightMean, bright, false, geometry, brightMask))
+        return MapGeneration::NoMemory;
+    map.clear();
+    DefectMapWriter writer(map);
+    collectDefects(darkMask, brightMask, geometry, map, {dark, &bright, writer});
     return MapGeneration::Generated;
 }
 
 MapGeneration create_defpix_map_color(const QImage& darkMean, DefectPixelParams& dark,
-                                      const ImageGeometry& geometry, const DefectMapTarget& target)
+                                      const ImageGeometry& geometry, DefectMap& map)
 {
     if (darkMean.isNull())
         return MapGeneration::MissingImages;
-    target.reset();
-    const unsigned char* darkMask = readyMask(darkMean, dark, true, geometry);
-    DefectMapWriter writer(target.map, target.capacity, target.count);
-    collectDefects(darkMask, nullptr, geometry, target, {dark, nullptr, writer});
+    const unsigned char* darkMask = nullptr;
+    if (!readyMask(darkMean, dark, true, geometry, darkMask))
+        return MapGeneration::NoMemory;
+    map.clear();
+    DefectMapWriter writer(map);
+    collectDefects(darkMask, nullptr, geometry, map, {dark, nullptr, writer});
     return MapGeneration::Generated;
 }

@@ -6,20 +6,10 @@
 
 #include <QImage>
 
-#include <functional>
-
-// The panel's map as the generators fill it. reset() empties the map and sizes
-// it to the camera's maximum; map and capacity are read after it.
-struct DefectMapTarget {
-    t_defpix*& map;
-    unsigned int& capacity;
-    unsigned int& count;
-    std::function<void()> reset;
-};
-
 enum class MapGeneration {
-    Generated,     // the map was rebuilt (it may be empty)
+    Generated,     // the map was emptied and filled anew (it may be empty); its capacity stays
     MissingImages, // no mean image to work from; the map is untouched
+    NoMemory,      // a threshold step found no memory; the map is untouched
 };
 
 // Monochrome cameras: flags dark pixels against the absolute margin and bright
@@ -29,9 +19,9 @@ enum class MapGeneration {
 // series is added once. A series without mean image is left out.
 MapGeneration create_defpix_map(const QImage& darkMean, const QImage& brightMean,
                                 DefectPixelParams& dark, DefectPixelParams& bright,
-                                const ImageGeometry& geometry, const DefectMapTarget& target);
+                                const ImageGeometry& geometry, DefectMap& map);
 
 // Colour cameras: the dark series alone, every pixel against the average of all
 // its neighbours regardless of the colour mosaic.
 MapGeneration create_defpix_map_color(const QImage& darkMean, DefectPixelParams& dark,
-                                      const ImageGeometry& geometry, const DefectMapTarget& target);
+                                      const ImageGeometry& geometry, DefectMap& map);

@@ -3,10 +3,13 @@
 #include "localthreshold.h"
 #include "meanaccumulation.h"
 
+#include <atomic>
 #include <cstring>
 #include <new>
 
 namespace {
+
+std::atomic<bool> g_masksFail{false};
 
 unsigned char* allocateZeroed(size_t size)
 {
@@ -84,9 +87,14 @@ bool DefectPixelParams::update(QImage& mean, QImage& image, int weight)
     return true;
 }
 
+void failDefectMaskMemory(bool fail)
+{
+    g_masksFail = fail;
+}
+
 bool DefectPixelParams::localThreshold(const QImage& mean, bool absolute)
 {
-    if (mean.isNull())
+    if (mean.isNull() || g_masksFail)
         return false;
     const uint32_t width = uint32_t(mean.width());
     const uint32_t height = uint32_t(mean.height());

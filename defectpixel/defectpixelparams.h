@@ -45,3 +45,7 @@ private:
     size_t m_remainderSize = 0;
     size_t m_maskSize = 0;
 };
+
+// While true, every threshold step fails as without memory: how a test meets a
+// machine that has none left.
+void failDefectMaskMemory(bool fail);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "defectmap.h"
+#include "mapformat.h"
 
 #include <cstdint>
 #include <functional>
@@ -15,8 +16,6 @@ constexpr unsigned long kMapRegMapMaxSize = 0x10004020;
 constexpr unsigned long kMapRegEntries = 0x10025000;     // one 32-bit word per entry
 // The word after the last entry of a map read from the device.
 constexpr uint32_t kMapWordEnd = 0xFFFFFFFF;
-// Revision of the maps whose entries carry correction codes from 100 on.
-constexpr int kTypedMapRevision = 4;
 
 // Address of entry register index.
 unsigned long mapEntryRegister(unsigned int index);

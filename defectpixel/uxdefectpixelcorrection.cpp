@@ -4,11 +4,12 @@
 #include "defectclassification.h"
 #include "defectmapgenerator.h"
 #include "defectviewerbinding.h"
+#include "filemapslots.h"
 #include "imageseries.h"
-#include "maptransfer.h"
+#include "mapformat.h"
+#include "mapslotprofile.h"
 #include "thresholdinput.h"
 #include "uxcamera.h"
-#include "uxcamerafeature.h"
 #include "uxdialogs.h"
 #include "uxsettings.h"
 
@@ -19,21 +20,8 @@
 
 namespace {
 
-constexpr int kRoleCannotRead = Qt::UserRole + 1;
-constexpr int kRoleCannotWrite = Qt::UserRole + 2;
-constexpr int kRoleChunkId = Qt::UserRole + 3;
-
-constexpr int kDefaultChunkId = 4096;
-constexpr int kTypedChunkId = 4100;
 constexpr int kAbsoluteThresholdLimit = 255;
 constexpr int kRelativeThresholdLimit = 100;
-
-const char* const kSlotPrefix = "DefPixMap";
-
-bool isOfferedChunkId(long long id)
-{
-    return id == 4096 || id == 4097 || id == 4100;
-}
 
 } // namespace
 
@@ -107,18 +95,26 @@ bool UXCDefectPixelCorrection::Init(UxCamera* camera)
     m_saveImageDir = UXCSettings::getInstance()->Get("Directory", "SaveImageDir").toString();
     bindCaptureCamera();
 
-    detectColor();
+    const MapSlotProfile profile = inspectMapSlots(*camera);
+    m_isColor = profile.color;
+    m_revision = profile.revision;
+    m_registerMode = profile.registerMode;
+    m_mapSlots = makeMapSlots(*camera, m_registerMode);
     ui->tabWidget->setTabVisible(1, !m_isColor);
     ui->btnGenerateMap->setToolTip(
         tr("Generate map from the resulting dark%1 mean images.").arg(m_isColor ? QString() : tr(" and bright")));
 
     setupDefMatchSettings(UXCSettings::getInstance()->GetDeffMatchSettings());
 
-    QVariant revision = 3;
-    if (m_features->GetValue("DefectPixelCorrection_Revision", revision))
-        m_revision = revision.toInt();
-
-    discoverMapSlots();
+    QComboBox* selector = ui->cmbDefectPixelMapSelector;
+    for (const MapSlot& slot : profile.mapSlots) {
+        selector->addItem(slot.name);
+        if (m_registerMode)
+            continue;
+        selector->setItemData(selector->count() - 1, slot.chunkId, kSlotRoleChunkId);
+        selector->setItemData(selector->count() - 1, slot.cannotRead, kSlotRoleCannotRead);
+        selector->setItemData(selector->count() - 1, slot.cannotWrite, kSlotRoleCannotWrite);
+    }
     m_mapSlotAvailable = ui->cmbDefectPixelMapSelector->count() > 0
                          && ui->cmbDefectPixelMapSelector->currentIndex() >= 0;
     if (ui->cmbDefectPixelMapSelector->count() == 0)
@@ -130,56 +126,6 @@ bool UXCDefectPixelCorrection::Init(UxCamera* camera)
     enableButtons();
     initTranferProgress();
     return true;
-}
-
-void UXCDefectPixelCorrection::detectColor()
-{
-    m_isColor = false;
-    QVariant filter;
-    if (m_features->GetValue("PixelColorFilter", filter)) {
-        m_isColor = !filter.toString().contains("none", Qt::CaseInsensitive);
-        return;
-    }
-    QStringList formats;
-    m_features->GetSubFeatures("PixelFormat", formats);
-    for (const QString& format : formats) {
-        if (!format.startsWith("mono", Qt::CaseInsensitive)) {
-            m_isColor = true;
-            return;
-        }
-    }
-}
-
-void UXCDefectPixelCorrection::discoverMapSlots()
-{
-    QStringList files;
-    m_features->GetSubFeatures("FileSelector", files);
-    if (!files.contains(QString(kSlotPrefix) + "0")) {
-        m_registerMode = true;
-        QStringList slotNames;
-        m_features->GetSubFeatures("DefectPixelCorrection_MapSelect", slotNames);
-        ui->cmbDefectPixelMapSelector->addItems(slotNames);
-        return;
-    }
-    m_registerMode = false;
-    for (const QString& file : files) {
-        if (!file.startsWith(kSlotPrefix) || !m_features->SetValue("FileSelector", file))
-            continue;
-        QVariant chunkId;
-        const long long id = m_features->GetValue("FileChunkId", chunkId)
-                                 ? chunkId.toLongLong()
-                                 : (m_revision == kTypedMapRevision ? kTypedChunkId : kDefaultChunkId);
-        if (!isOfferedChunkId(id))
-            continue;
-        ui->cmbDefectPixelMapSelector->addItem(file);
-        const int index = ui->cmbDefectPixelMapSelector->count() - 1;
-        ui->cmbDefectPixelMapSelector->setItemData(index, int(id), kRoleChunkId);
-        bool cannotRead = false;
-        bool cannotWrite = false;
-        m_camera->GetFileAccessMode(&cannotRead, &cannotWrite);
-        ui->cmbDefectPixelMapSelector->setItemData(index, cannotRead, kRoleCannotRead);
-        ui->cmbDefectPixelMapSelector->setItemData(index, cannotWrite, kRoleCannotWrite);
-    }
 }
 
 void UXCDefectPixelCorrection::Reset()
@@ -200,6 +146,7 @@ void UXCDefectPixelCorrection::Reset()
                    &UXCDefectPixelCorrection::finishFileTask);
         m_finishFileTaskConnected = false;
     }
+    m_mapSlots.reset();
     delete m_camera;
     m_camera = nullptr;
     m_features = nullptr;
@@ -211,9 +158,7 @@ void UXCDefectPixelCorrection::Reset()
     ui->lblMeanImageBright->setImage(QImage());
     ui->cmbDefectPixelMapSelector->clear();
     m_mapSlotAvailable = false;
-    delete[] m_map;
-    m_map = nullptr;
-    m_defectCount = 0;
+    m_map = DefectMap();
     ui->txtDefectPixelCount->clear();
     setMapStale(false);
     showMapNote(QString());
@@ -233,8 +178,8 @@ void UXCDefectPixelCorrection::enableButtons()
 {
     const bool countShown = !ui->txtDefectPixelCount->text().isEmpty();
     const QComboBox* selector = ui->cmbDefectPixelMapSelector;
-    const bool cannotRead = selector->currentData(kRoleCannotRead).toBool();
-    const bool cannotWrite = selector->currentData(kRoleCannotWrite).toBool();
+    const bool cannotRead = selector->currentData(kSlotRoleCannotRead).toBool();
+    const bool cannotWrite = selector->currentData(kSlotRoleCannotWrite).toBool();
     if (m_registerMode) {
         ui->btnDownloadMapToFile->setEnabled(true);
         ui->btnUploadLocalMap->setEnabled(m_mapSlotAvailable);
@@ -369,13 +314,10 @@ void UXCDefectPixelCorrection::on_txtRelativeThreshold_editingFinished()
 
 void UXCDefectPixelCorrection::defpix_reset()
 {
-    delete[] m_map;
-    m_map = nullptr;
     QVariant maximum;
     if (m_camera && getMaximalPixelsCorrectionMapSize(maximum))
         m_maxMapSize = maximum.toUInt();
-    m_map = new t_defpix[m_maxMapSize]();
-    m_defectCount = 0;
+    m_map = DefectMap(m_maxMapSize);
     ui->btnSaveMapToFile->setEnabled(false);
     ui->btnUploadMapToCam->setEnabled(false);
     ui->txtDefectPixelCount->clear();
@@ -395,27 +337,42 @@ bool UXCDefectPixelCorrection::defpix_add(t_defpix* map, unsigned int x, unsigne
 
 bool UXCDefectPixelCorrection::create_defpix_map()
 {
-    const QImage bright = ui->lblMeanImageBright->getImage();
-    const QImage dark = ui->lblMeanImageDark->getImage();
-    const DefectMapTarget target{m_map, m_maxMapSize, m_defectCount, [this] { defpix_reset(); }};
-    if (::create_defpix_map(dark, bright, m_darkParams, m_brightParams, m_geometry, target)
-        == MapGeneration::Generated)
-        return true;
-    QApplication::restoreOverrideCursor();
-    dialogs().information(this, tr("Generate Map"), tr("Generate map failed: missing image parameters"));
-    log(tr("Generate map failed: missing image parameters!"), LogError);
-    return false;
+    return generate(false);
 }
 
 bool UXCDefectPixelCorrection::create_defpix_map_color()
 {
+    return generate(true);
+}
+
+bool UXCDefectPixelCorrection::generate(bool color)
+{
     const QImage dark = ui->lblMeanImageDark->getImage();
-    const DefectMapTarget target{m_map, m_maxMapSize, m_defectCount, [this] { defpix_reset(); }};
-    if (::create_defpix_map_color(dark, m_darkParams, m_geometry, target) == MapGeneration::Generated)
+    const QImage bright = color ? QImage() : ui->lblMeanImageBright->getImage();
+    m_generation = MapGeneration::MissingImages;
+    if (!dark.isNull() || !bright.isNull()) {
+        // Filled aside, so that a failed threshold step leaves the shown map as it is.
+        QVariant maximum;
+        if (m_camera && getMaximalPixelsCorrectionMapSize(maximum))
+            m_maxMapSize = maximum.toUInt();
+        DefectMap next(m_maxMapSize);
+        m_generation = color ? ::create_defpix_map_color(dark, m_darkParams, m_geometry, next)
+                             : ::create_defpix_map(dark, bright, m_darkParams, m_brightParams, m_geometry, next);
+        if (m_generation == MapGeneration::Generated)
+            m_map = std::move(next);
+    }
+    if (m_generation == MapGeneration::Generated)
         return true;
     QApplication::restoreOverrideCursor();
+    if (m_generation == MapGeneration::NoMemory) {
+        dialogs().critical(this, tr("Generate Map"), tr("Generate map failed: out of memory!"));
+        log(tr("Generate map failed: out of memory!"), LogError);
+        return false;
+    }
     dialogs().information(this, tr("Generate Map"), tr("Generate map failed: missing image parameters"));
-    log(tr("Generate color map failed: missing image parameters!"), LogError);
+    log(color ? tr("Generate color map failed: missing image parameters!")
+              : tr("Generate map failed: missing image parameters!"),
+        LogError);
     return false;
 }
 
@@ -443,7 +400,12 @@ std::vector<unsigned char> UXCDefectPixelCorrection::buildDefPixContainerBuffer(
 
 bool UXCDefectPixelCorrection::typedMap() const
 {
-    return m_revision == kTypedMapRevision || m_chunkId == kTypedChunkId;
+    return isTypedMap(m_revision, m_chunkId);
+}
+
+FileAccessMapSlots* UXCDefectPixelCorrection::fileSlots() const
+{
+    return m_registerMode ? nullptr : static_cast<FileAccessMapSlots*>(m_mapSlots.get());
 }
 
 void UXCDefectPixelCorrection::on_btnGenerateMap_clicked()
@@ -451,11 +413,21 @@ void UXCDefectPixelCorrection::on_btnGenerateMap_clicked()
     QApplication::setOverrideCursor(Qt::WaitCursor);
     ui->btnSaveMapToFile->setEnabled(false);
     ui->btnUploadMapToCam->setEnabled(false);
+    const QString shownCount = ui->txtDefectPixelCount->text();
+    const bool wasStale = m_mapStale;
     ui->txtDefectPixelCount->clear();
     setMapStale(false);
     const auto flaggedBefore = qulonglong(m_darkParams.defectCount) + m_brightParams.defectCount;
 
     const bool generated = m_isColor ? create_defpix_map_color() : create_defpix_map();
+    if (!generated && m_generation == MapGeneration::NoMemory) {
+        // The previous map stays, and so does what was shown of it.
+        ui->txtDefectPixelCount->setText(shownCount);
+        setMapStale(wasStale);
+        enableButtons();
+        report(tr("Generate map failed: out of memory."), LogError);
+        return;
+    }
     if (!generated) {
         QApplication::restoreOverrideCursor();
         report(tr("Generate map failed: missing image parameters."), LogError);
@@ -463,18 +435,18 @@ void UXCDefectPixelCorrection::on_btnGenerateMap_clicked()
     }
     const auto flagged = unsigned(qulonglong(m_darkParams.defectCount) + m_brightParams.defectCount - flaggedBefore);
     if (!m_registerMode)
-        m_chunkId = ui->cmbDefectPixelMapSelector->currentData(kRoleChunkId).toInt();
+        m_chunkId = ui->cmbDefectPixelMapSelector->currentData(kSlotRoleChunkId).toInt();
     if (typedMap())
-        conv_defpix_map_990(m_map, m_defectCount);
+        conv_defpix_map_990(m_map.data(), m_map.count());
 
-    if (m_defectCount > m_maxMapSize) {
+    if (m_map.count() > m_maxMapSize) {
         QApplication::restoreOverrideCursor();
         const QString text = tr("The resulting number of defect pixels: %1; the maximum allowed is: %2.")
-                                 .arg(m_defectCount)
+                                 .arg(m_map.count())
                                  .arg(m_maxMapSize);
         dialogs().information(this, tr("Generate Map"), text);
         log(tr("Generate map: The resulting number of defect pixels: %1; the maximum allowed is: %2.")
-                .arg(m_defectCount)
+                .arg(m_map.count())
                 .arg(m_maxMapSize),
             LogError);
         report(text, LogError);
@@ -482,7 +454,7 @@ void UXCDefectPixelCorrection::on_btnGenerateMap_clicked()
     }
     log(tr("Map successfully generated."), LogInfo);
     ui->btnSaveMapToFile->setEnabled(true);
-    ui->txtDefectPixelCount->setText(QString::number(m_defectCount));
+    ui->txtDefectPixelCount->setText(QString::number(m_map.count()));
     noteGeneratedMap(flagged);
     enableButtons();
     QApplication::restoreOverrideCursor();

@@ -2,10 +2,13 @@
 
 #include "defectmap.h"
 #include "defectmapcontainer.h"
+#include "defectmapgenerator.h"
 #include "defectmatch.h"
 #include "defectpixelparams.h"
 #include "imagegeometry.h"
 #include "logtype.h"
+#include "mapformat.h"
+#include "mapslots.h"
 
 #include <QFuture>
 #include <QFutureWatcher>
@@ -13,6 +16,7 @@
 #include <QVariant>
 #include <QWidget>
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -23,6 +27,7 @@ struct LocalMapCheck;
 class QProgressDialog;
 class QSettings;
 class DefectViewerBinding;
+class FileAccessMapSlots;
 class UXCDialogs;
 class UXCFrameCaptureControl;
 class UxCamera;
@@ -103,8 +108,8 @@ public:
 
     // State read by the host and the tests.
     UxCamera* camera() const { return m_camera; }
-    const t_defpix* defectMap() const { return m_map; }
-    unsigned int defectCount() const { return m_defectCount; }
+    const t_defpix* defectMap() const { return m_map.data(); }
+    unsigned int defectCount() const { return m_map.count(); }
     unsigned int maxMapSize() const { return m_maxMapSize; }
     const ImageGeometry& imageGeometry() const { return m_geometry; }
     const DefectPixelParams& darkParams() const { return m_darkParams; }
@@ -116,6 +121,9 @@ public:
     bool isBigEndian() const { return m_bigEndian; }
     bool isFileTaskRunning() const { return m_fileTask.isRunning(); }
     bool isMapStale() const { return m_mapStale; }
+
+    // The transfer routines whose refusals are worded alike.
+    enum class TransferRoutine { EntryUpload, WordUpload, EntryDownload, WordDownload };
     // The capture control of a series tab.
     UXCFrameCaptureControl* captureControl(int kind) const;
     DefectViewerBinding* viewerBinding() const { return m_viewerBinding.get(); }
@@ -151,8 +159,11 @@ private slots:
     void finishFileTask();
 
 private:
-    void detectColor();
-    void discoverMapSlots();
+    bool generate(bool color);
+    // The camera's map slots; null in register mode or without camera.
+    FileAccessMapSlots* fileSlots() const;
+    // Shows the box and the log line of a refused transfer; true when it was done.
+    bool reportTransfer(MapTransfer outcome, const QString& title, TransferRoutine routine);
     void addImages(int kind);
     void deleteImages(int kind);
     bool selectedSlotNumber(QVariant& slot);
@@ -190,15 +201,16 @@ private:
     ImageGeometry m_geometry;
     static constexpr unsigned int kDefaultMaxMapSize = 10000;
     unsigned int m_maxMapSize = kDefaultMaxMapSize;
-    unsigned int m_defectCount = 0;
-    t_defpix* m_map = nullptr;
+    DefectMap m_map;
+    std::unique_ptr<MapSlots> m_mapSlots;
+    MapGeneration m_generation = MapGeneration::Generated; // how the last generation ended
     DefectPixelParams m_darkParams;
     DefectPixelParams m_brightParams;
     bool m_bigEndian = true;
     bool m_registerMode = false;
-    int m_revision = 3;
+    int m_revision = kDefaultMapRevision;
     bool m_mapSlotAvailable = false;
-    int m_chunkId = 4096;
+    int m_chunkId = kDefaultChunkId;
     QString m_saveImageDir;
     QString m_mapDir;
     bool m_isColor = false;
@@ -213,6 +225,7 @@ private:
     UXCDialogs* m_dialogs = nullptr;
     bool m_finishFileTaskConnected = false;
     bool m_fileTaskUnreported = false; // a transfer was started; nobody has looked at its end yet
+    std::atomic<bool> m_fileTaskCancelled{false}; // the running transfer was cancelled by the user
     bool m_mapStale = false;       // inputs changed after the shown map was generated
     QLabel* m_mapNote = nullptr;   // out-of-date or cut-short note beside the count
     QString m_savedFile;           // file the last save wrote, empty when cancelled

@@ -121,8 +121,8 @@ bool UXCDefectPixelCorrection::confirmStaleUpload()
 void UXCDefectPixelCorrection::noteGeneratedMap(unsigned int flagged)
 {
     showMapNote(QString());
-    if (m_defectCount < m_maxMapSize || flagged <= m_defectCount) {
-        report(tr("Map generated: %n defect pixel(s).", nullptr, int(m_defectCount)), LogInfo);
+    if (m_map.count() < m_maxMapSize || flagged <= m_map.count()) {
+        report(tr("Map generated: %n defect pixel(s).", nullptr, int(m_map.count())), LogInfo);
         return;
     }
     const QString warning = tr("%1 pixels flagged; only %2 fit into the camera's map. Raise the thresholds to "

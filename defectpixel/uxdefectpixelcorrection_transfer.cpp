@@ -2,10 +2,11 @@
 #include "ui_uxdefectpixelcorrection.h"
 
 #include "defectmapfile.h"
+#include "filemapslots.h"
 #include "localmapcheck.h"
-#include "maptransfer.h"
+#include "mapformat.h"
+#include "registermapslots.h"
 #include "uxcamera.h"
-#include "uxcamerafeature.h"
 #include "uxdialogs.h"
 #include "uxsettings.h"
 
@@ -19,9 +20,6 @@
 
 namespace {
 
-constexpr int kRoleChunkId = Qt::UserRole + 3;
-constexpr unsigned long kCloseTimeoutMs = 180000;
-constexpr qulonglong kMaxPlausibleMapSize = 1u << 20;
 
 // Register transfers run on the GUI thread, entry by entry; the cursor says the
 // window is busy. Scoped so that no message box ever shows under it.
@@ -47,286 +45,216 @@ void storeMapDir(const QString& dir)
 
 } // namespace
 
-// Map quantities of the camera
+// Map quantities of the camera: forwards to the camera's map slots
 
 bool UXCDefectPixelCorrection::GetRegValue(unsigned long address, uint32_t& value)
 {
-    return m_camera && m_camera->ReadRegister(address, &value);
+    return m_camera && m_camera->readRegister(address, value);
 }
 
 bool UXCDefectPixelCorrection::SetRegValue(unsigned long address, uint32_t value)
 {
-    return m_camera && m_camera->WriteRegister(address, value);
+    return m_camera && m_camera->writeRegister(address, value);
 }
 
 bool UXCDefectPixelCorrection::isParamlocked()
 {
-    QVariant locked = 0;
-    if (m_features)
-        m_features->GetValue("TLParamsLocked", locked);
-    return locked.toLongLong() == 1;
+    return m_mapSlots && m_mapSlots->paramsLocked();
 }
 
 bool UXCDefectPixelCorrection::getPixelsCorrectionControlEnable(bool& enabled)
 {
-    if (m_registerMode) {
-        uint32_t control = 0;
-        if (!GetRegValue(kMapRegControl, control))
-            return false;
-        enabled = (control & 1) != 0;
-        return true;
-    }
-    QVariant value;
-    if (!m_features || !m_features->GetValue("DefectPixelCorrectionEnable_Control", value))
-        return false;
-    enabled = value.toLongLong() != 0;
-    return true;
+    return m_mapSlots && m_mapSlots->correctionEnabled(enabled);
 }
 
 bool UXCDefectPixelCorrection::setPixelsCorrectionControlEnable(bool enabled)
 {
-    if (m_registerMode) {
-        uint32_t control = 0;
-        if (!GetRegValue(kMapRegControl, control))
-            return false;
-        return SetRegValue(kMapRegControl, enabled ? control | 1u : control & ~1u);
-    }
-    return m_features && m_features->SetValue("DefectPixelCorrectionEnable_Control", enabled);
+    return m_mapSlots && m_mapSlots->setCorrectionEnabled(enabled);
 }
 
 bool UXCDefectPixelCorrection::setPixelsCorrectionControlMark(bool mark)
 {
-    return m_features
-           && m_features->SetValue("DefectPixelCorrectionMark_Control", QString(mark ? "Mark" : "Off"));
+    return m_mapSlots && m_mapSlots->setCorrectionMark(mark);
 }
 
 bool UXCDefectPixelCorrection::getSelectedDefectPixelCorrectionMap(QVariant& slot)
 {
-    if (m_registerMode) {
-        uint32_t value = 0;
-        if (!GetRegValue(kMapRegSelectedSlot, value))
-            return false;
-        slot = value;
-        return true;
-    }
-    return m_features && m_features->GetValue("DefectPixelCorrection_MapSelect", slot);
+    return m_mapSlots && m_mapSlots->selectedSlot(slot);
 }
 
 bool UXCDefectPixelCorrection::SelectDefectPixelCorrectionMap(const QVariant& slot)
 {
-    if (m_registerMode)
-        return SetRegValue(kMapRegSelectedSlot, slot.toUInt());
-    return m_features && m_features->SetValue("DefectPixelCorrection_MapSelect", slot);
+    return m_mapSlots && m_mapSlots->selectSlot(slot);
 }
 
 bool UXCDefectPixelCorrection::getMaximalPixelsCorrectionMapSize(QVariant& size)
 {
-    QVariant reported;
-    if (m_registerMode) {
-        uint32_t value = 0;
-        if (!GetRegValue(kMapRegMapMaxSize, value))
-            return false;
-        reported = value;
-    } else if (!m_features || !m_features->GetValue("DefectPixelCorrection_MapMaxSize", reported)) {
-        return false;
-    }
-    // The maximum sizes the map buffers, so a misbehaving camera must not choose it freely.
-    bool isNumber = false;
-    const qulonglong maximum = reported.toULongLong(&isNumber);
-    if (!isNumber || maximum == 0 || maximum > kMaxPlausibleMapSize) {
-        log(tr("The camera reports an implausible maximal map size: %1.").arg(reported.toString()), LogError);
-        return false;
-    }
-    size = reported;
-    return true;
+    unsigned int maximum = 0;
+    QString reported;
+    const MaxMapSize read = m_mapSlots ? m_mapSlots->maxMapSize(maximum, reported) : MaxMapSize::Unreadable;
+    if (read == MaxMapSize::Implausible)
+        log(tr("The camera reports an implausible maximal map size: %1.").arg(reported), LogError);
+    if (read == MaxMapSize::Read)
+        size = maximum;
+    return read == MaxMapSize::Read;
 }
 
 bool UXCDefectPixelCorrection::getPixelsCorrectionMapSize(QVariant& size)
 {
-    if (m_registerMode) {
-        uint32_t value = 0;
-        if (!GetRegValue(kMapRegMapSize, value))
-            return false;
-        size = value;
-        return true;
-    }
-    return m_features && m_features->GetValue("DefectPixelCorrection_MapSize", size);
+    return m_mapSlots && m_mapSlots->mapSize(size);
 }
 
 bool UXCDefectPixelCorrection::getMapCoordinate(unsigned int index, unsigned int& x, unsigned int& y)
 {
-    if (m_registerMode) {
-        uint32_t word = 0;
-        if (!GetRegValue(mapEntryRegister(index), word))
-            return false;
-        x = word & 0xFFFF;
-        y = word >> 16;
-        return true;
-    }
-    QVariant vx;
-    QVariant vy;
-    if (!m_features || !m_features->SetValue("DefectPixelCorrection_MapIndex", index)
-        || !m_features->GetValue("DefectPixelCorrection_X", vx) || !m_features->GetValue("DefectPixelCorrection_Y", vy))
-        return false;
-    x = vx.toUInt();
-    y = vy.toUInt();
-    return true;
+    return m_mapSlots && m_mapSlots->entry(index, x, y);
 }
 
 bool UXCDefectPixelCorrection::setMapCoordinate(unsigned int index, unsigned int x, unsigned int y)
 {
-    if (m_registerMode)
-        return SetRegValue(mapEntryRegister(index), x + (y << 16));
-    return m_features && m_features->SetValue("DefectPixelCorrection_MapIndex", index)
-           && m_features->SetValue("DefectPixelCorrection_X", x) && m_features->SetValue("DefectPixelCorrection_Y", y);
+    return m_mapSlots && m_mapSlots->setEntry(index, x, y);
 }
 
 bool UXCDefectPixelCorrection::clearDefectPixelCorrectionMap(const QVariant& slot)
 {
-    return SetRegValue(kMapRegClearSlot, slot.toUInt());
+    return m_mapSlots && m_mapSlots->clearSlot(slot);
 }
 
-// Transfer routines
+// Transfer routines: the sequences run in the map slots; the panel words their ends.
 
 bool UXCDefectPixelCorrection::upload_defpix_map_genicam(t_defpix* map, unsigned int count)
 {
-    if (!map || count == 0)
+    if (!map || count == 0 || !m_mapSlots)
         return false;
-    const QString title = tr("Upload Defect Pixel Map");
-    QVariant slot;
-    getSelectedDefectPixelCorrectionMap(slot);
-    if (slot.toUInt() == 0) {
-        dialogs().critical(this, title, tr("Upload failed: factory map is protected!"));
-        log(tr("Upload failed: factory map is protected"), LogError);
-        return false;
+    QString reported;
+    MapTransfer outcome;
+    {
+        const WaitCursor busy;
+        outcome = uploadMapEntries(*m_mapSlots, map, count, m_maxMapSize, reported);
     }
-    if (!clearDefectPixelCorrectionMap(slot)) {
-        dialogs().critical(this, title, tr("Clear map failed"));
-        log(tr("Upload failed: Clear map failed"), LogError);
-        return false;
-    }
-    QVariant maximum;
-    if (!getMaximalPixelsCorrectionMapSize(maximum)) {
-        dialogs().critical(this, title, tr("Get maximal map size failed"));
-        log(tr("Upload failed: Get maximal map size failed!"), LogError);
-        return false;
-    }
-    m_maxMapSize = maximum.toUInt();
-    if (count > m_maxMapSize) {
-        dialogs().critical(this, title, tr("Upload failed: maximum number of defect pixels exceeded!"));
-        log(tr("Upload failed: maximum number of defect pixels exceeded!"), LogError);
-        return false;
-    }
-    const WaitCursor busy;
-    for (unsigned int i = 0; i < count; ++i)
-        setMapCoordinate(i, map[i].x, map[i].y);
-    return true;
+    if (outcome == MapTransfer::MaxSizeFailed && !reported.isNull())
+        log(tr("The camera reports an implausible maximal map size: %1.").arg(reported), LogError);
+    return reportTransfer(outcome, tr("Upload Defect Pixel Map"), TransferRoutine::EntryUpload);
 }
 
 bool UXCDefectPixelCorrection::uploadMap_RegisterAccess(t_defpix* map, unsigned int count)
 {
-    const QString title = tr("Upload Defect Pixel Map");
-    QVariant slot;
-    if (!getSelectedDefectPixelCorrectionMap(slot)) {
-        dialogs().critical(this, title, tr("Get selected map failed!"));
-        log(tr("Upload Defect Pixel Map: Get selected map failed!"), LogError);
+    if (!m_mapSlots || !m_registerMode)
         return false;
-    }
-    if (slot.toUInt() == 0) {
-        dialogs().critical(this, title, tr("Upload failed: upload to factory map is protected!"));
-        log(tr("Upload Defect Pixel Map: upload to factory map is protected!"), LogError);
-        return false;
-    }
-    if (!map || count == 0) {
-        dialogs().critical(this, title, tr("Upload failed: empty map"));
-        log(tr("Upload Defect Pixel Map: empty map!"), LogError);
-        return false;
-    }
-    if (!clearDefectPixelCorrectionMap(slot)) {
-        dialogs().critical(this, title, tr("Clear map failed (protected map)"));
-        log(tr("Upload Defect Pixel Map: Clear map failed (protected map)!"), LogError);
-        return false;
-    }
-    bool written = false;
+    MapTransfer outcome;
     {
         const WaitCursor busy;
-        std::vector<uint32_t> words =
-            packRegisterMap(map, count, m_revision == kTypedMapRevision, m_bigEndian, m_maxMapSize,
-                            [this](double percent) { emit actionViewerUpdateProcessBar(true, int(percent)); });
-        const auto wanted = static_cast<unsigned int>(words.size() * sizeof(uint32_t));
-        unsigned int bytes = wanted;
-        // A short write leaves the map cut off in the camera: that is a failure too.
-        written = m_camera
-                  && m_camera->Write(kMapRegEntries, reinterpret_cast<const unsigned char*>(words.data()), &bytes)
-                  && bytes == wanted;
+        unsigned int bytes = 0;
+        outcome = static_cast<RegisterMapSlots&>(*m_mapSlots)
+                      .uploadWords(map, count, m_revision == kTypedMapRevision, m_bigEndian, m_maxMapSize, bytes,
+                                   [this](double percent) { emit actionViewerUpdateProcessBar(true, int(percent)); });
     }
-    if (written) {
-        setPixelsCorrectionControlEnable(true);
+    // Enabling the correction afterwards is tried, its failure not reported.
+    const bool written = outcome == MapTransfer::Done || outcome == MapTransfer::EnableFailed;
+    if (written)
         emit actionViewerUpdateProcessBar(true, 100);
-    } else {
-        dialogs().critical(this, title, tr("Upload failed"));
-        log(tr("Upload Defect Pixel Map: Upload failed!"), LogError);
-    }
+    else if (outcome == MapTransfer::ShortWrite)
+        reportTransfer(MapTransfer::WriteFailed, tr("Upload Defect Pixel Map"), TransferRoutine::WordUpload);
+    else if (!reportTransfer(outcome, tr("Upload Defect Pixel Map"), TransferRoutine::WordUpload)
+             && outcome != MapTransfer::WriteFailed)
+        return false; // refused before anything was written: the bar was never shown
     emit actionViewerUpdateProcessBar(false, 0);
     return written;
 }
 
 bool UXCDefectPixelCorrection::Gen_download_defpix_map(t_defpix* map, unsigned int& count)
 {
-    const QString title = tr("Download Map From Camera");
     count = 0;
-    QVariant size;
-    if (!getPixelsCorrectionMapSize(size)) {
-        dialogs().critical(this, title, tr("Get map size failed"));
-        log(tr("Download failed: Get map size failed!"), LogError);
-        return false;
+    MapTransfer outcome = MapTransfer::SizeFailed;
+    if (m_mapSlots) {
+        const WaitCursor busy;
+        outcome = downloadMapEntries(*m_mapSlots, map, m_maxMapSize, count);
     }
-    if (size.toULongLong() > m_maxMapSize) {
-        dialogs().critical(this, title, tr("Download failed: invalid map size!"));
-        log(tr("Download failed: invalid map size!"), LogError);
-        return false;
-    }
-    const unsigned int entries = size.toUInt();
-    const WaitCursor busy;
-    for (unsigned int i = 0; i < entries; ++i) {
-        unsigned int x = 0;
-        unsigned int y = 0;
-        if (getMapCoordinate(i, x, y))
-            defpix_add(map, x, y, 0, count);
-    }
-    return true;
+    return reportTransfer(outcome, tr("Download Map From Camera"), TransferRoutine::EntryDownload);
 }
 
 bool UXCDefectPixelCorrection::downloadMap_RegisterAccess()
 {
     const QString title = tr("Download Map");
     defpix_reset();
-    if (!m_map) {
+    if (!m_map.data() || !m_mapSlots || !m_registerMode) {
         dialogs().critical(this, title, tr("Download failed: map not initialized"));
         log(tr("Download Map: map not initialized!"), LogError);
         return false;
     }
-    QVariant slot;
-    if (!getSelectedDefectPixelCorrectionMap(slot)) {
-        dialogs().critical(this, title, tr("Get selected map failed"));
-        log(tr("Download Map: Get selected map failed!"), LogError);
-        return false;
+    unsigned int count = 0;
+    MapTransfer outcome;
+    {
+        const WaitCursor busy;
+        outcome = static_cast<RegisterMapSlots&>(*m_mapSlots)
+                      .downloadWords(typedMap(), m_bigEndian, m_map.data(), m_maxMapSize, count);
     }
-    QVariant size;
-    if (!getPixelsCorrectionMapSize(size)) {
-        dialogs().critical(this, title, tr("Get map size failed"));
-        log(tr("Download Map: Get map size failed!"), LogError);
-        return false;
+    m_map.setCount(count);
+    return reportTransfer(outcome, title, TransferRoutine::WordDownload);
+}
+
+namespace {
+
+// How each transfer routine words a refusal: the box's text and the log line.
+struct TransferText {
+    UXCDefectPixelCorrection::TransferRoutine routine;
+    MapTransfer outcome;
+    const char* box;
+    const char* line;
+};
+
+using Routine = UXCDefectPixelCorrection::TransferRoutine;
+const TransferText kTransferTexts[] = {
+    {Routine::EntryUpload, MapTransfer::FactoryProtected,
+     QT_TRANSLATE_NOOP("UXCDefectPixelCorrection", "Upload failed: factory map is protected!"),
+     QT_TRANSLATE_NOOP("UXCDefectPixelCorrection", "Upload failed: factory map is protected")},
+    {Routine::EntryUpload, MapTransfer::ClearFailed, QT_TRANSLATE_NOOP("UXCDefectPixelCorrection", "Clear map failed"),
+     QT_TRANSLATE_NOOP("UXCDefectPixelCorrection", "Upload failed: Clear map failed")},
+    {Routine::EntryUpload, MapTransfer::MaxSizeFailed,
+     QT_TRANSLATE_NOOP("UXCDefectPixelCorrection", "Get maximal map size failed"),
+     QT_TRANSLATE_NOOP("UXCDefectPixelCorrection", "Upload failed: Get maximal map size failed!")},
+    {Routine::EntryUpload, MapTransfer::TooManyEntries,
+     QT_TRANSLATE_NOOP("UXCDefectPixelCorrection", "Upload failed: maximum number of defect pixels exceeded!"),
+     QT_TRANSLATE_NOOP("UXCDefectPixelCorrection", "Upload failed: maximum number of defect pixels exceeded!")},
+    {Routine::WordUpload, MapTransfer::SlotUnknown,
+     QT_TRANSLATE_NOOP("UXCDefectPixelCorrection", "Get selected map failed!"),
+     QT_TRANSLATE_NOOP("UXCDefectPixelCorrection", "Upload Defect Pixel Map: Get selected map failed!")},
+    {Routine::WordUpload, MapTransfer::FactoryProtected,
+     QT_TRANSLATE_NOOP("UXCDefectPixelCorrection", "Upload failed: upload to factory map is protected!"),
+     QT_TRANSLATE_NOOP("UXCDefectPixelCorrection", "Upload Defect Pixel Map: upload to factory map is protected!")},
+    {Routine::WordUpload, MapTransfer::EmptyMap,
+     QT_TRANSLATE_NOOP("UXCDefectPixelCorrection", "Upload failed: empty map"),
+     QT_TRANSLATE_NOOP("UXCDefectPixelCorrection", "Upload Defect Pixel Map: empty map!")},
+    {Routine::WordUpload, MapTransfer::ClearFailed,
+     QT_TRANSLATE_NOOP("UXCDefectPixelCorrection", "Clear map failed (protected map)"),
+     QT_TRANSLATE_NOOP("UXCDefectPixelCorrection", "Upload Defect Pixel Map: Clear map failed (protected map)!")},
+    {Routine::WordUpload, MapTransfer::WriteFailed, QT_TRANSLATE_NOOP("UXCDefectPixelCorrection", "Upload failed"),
+     QT_TRANSLATE_NOOP("UXCDefectPixelCorrection", "Upload Defect Pixel Map: Upload failed!")},
+    {Routine::EntryDownload, MapTransfer::SizeFailed,
+     QT_TRANSLATE_NOOP("UXCDefectPixelCorrection", "Get map size failed"),
+     QT_TRANSLATE_NOOP("UXCDefectPixelCorrection", "Download failed: Get map size failed!")},
+    {Routine::EntryDownload, MapTransfer::InvalidSize,
+     QT_TRANSLATE_NOOP("UXCDefectPixelCorrection", "Download failed: invalid map size!"),
+     QT_TRANSLATE_NOOP("UXCDefectPixelCorrection", "Download failed: invalid map size!")},
+    {Routine::WordDownload, MapTransfer::SlotUnknown,
+     QT_TRANSLATE_NOOP("UXCDefectPixelCorrection", "Get selected map failed"),
+     QT_TRANSLATE_NOOP("UXCDefectPixelCorrection", "Download Map: Get selected map failed!")},
+    {Routine::WordDownload, MapTransfer::SizeFailed, QT_TRANSLATE_NOOP("UXCDefectPixelCorrection", "Get map size failed"),
+     QT_TRANSLATE_NOOP("UXCDefectPixelCorrection", "Download Map: Get map size failed!")},
+};
+
+} // namespace
+
+bool UXCDefectPixelCorrection::reportTransfer(MapTransfer outcome, const QString& title, TransferRoutine routine)
+{
+    if (outcome == MapTransfer::Done)
+        return true;
+    for (const TransferText& text : kTransferTexts) {
+        if (text.routine == routine && text.outcome == outcome) {
+            dialogs().critical(this, title, tr(text.box));
+            log(tr(text.line), LogError);
+        }
     }
-    // Words past the capacity (and the end word) would be dropped anyway.
-    const auto wordCount = static_cast<unsigned int>(qMin<qulonglong>(size.toULongLong(), m_maxMapSize + 1ull));
-    const WaitCursor busy;
-    std::vector<uint32_t> words(wordCount, 0);
-    unsigned int bytes = wordCount * sizeof(uint32_t);
-    if (m_camera)
-        m_camera->Read(kMapRegEntries, reinterpret_cast<unsigned char*>(words.data()), &bytes);
-    unpackRegisterMap(words.data(), words.size(), typedMap(), m_bigEndian, m_map, m_maxMapSize, m_defectCount);
-    return true;
+    return false;
 }
 
 // Map files
@@ -341,8 +269,8 @@ bool UXCDefectPixelCorrection::SaveMap(t_defpix* map, unsigned int count)
     state.registerMode = m_registerMode;
     state.revision = static_cast<unsigned int>(m_revision);
     state.chunkId = static_cast<ge3_chunk_id_t>(m_chunkId);
-    state.map = m_map;
-    state.count = m_defectCount;
+    state.map = m_map.data();
+    state.count = m_map.count();
     state.imageWidth = m_geometry.width;
     state.imagePixelCount = m_geometry.pixelCount;
     m_savedFile = name.isEmpty() ? QString() : defectMapFileName(name, m_registerMode);
@@ -372,11 +300,11 @@ bool UXCDefectPixelCorrection::loadMapFile(const QString& name, t_defpix* map, u
 
 void UXCDefectPixelCorrection::on_btnSaveMapToFile_clicked()
 {
-    if (!SaveMap(m_map, m_defectCount)) {
+    if (!SaveMap(m_map.data(), m_map.count())) {
         dialogs().critical(this, tr("Save Map"), tr("Save to file failed!"));
         report(tr("Saving the map failed."), LogError);
     } else if (!m_savedFile.isEmpty()) {
-        report(tr("Map of %n entry(s) saved to %1.", nullptr, int(m_defectCount)).arg(m_savedFile), LogInfo);
+        report(tr("Map of %n entry(s) saved to %1.", nullptr, int(m_map.count())).arg(m_savedFile), LogInfo);
     }
 }
 
@@ -384,7 +312,7 @@ void UXCDefectPixelCorrection::on_btnSaveMapToFile_clicked()
 
 bool UXCDefectPixelCorrection::selectMapByName(const QString& name)
 {
-    if (m_features && m_features->SetValue("DefectPixelCorrection_MapSelect", name))
+    if (m_mapSlots && m_mapSlots->selectSlotByName(name))
         return true;
     log(tr("Upload Map: setting DefectPixelCorrection_MapSelect to '%1' failed!").arg(name), LogError);
     return false;
@@ -397,7 +325,7 @@ void UXCDefectPixelCorrection::on_btnUploadMapToCam_clicked()
         return;
     }
     const QString title = tr("Upload Defect Pixel Map");
-    if (!m_map || m_defectCount == 0) {
+    if (m_map.isEmpty()) {
         dialogs().information(this, title, tr("Upload failed: empty map"));
         log(tr("Upload failed: empty map!"), LogError);
         return;
@@ -408,11 +336,11 @@ void UXCDefectPixelCorrection::on_btnUploadMapToCam_clicked()
     const QString question = tr("The uploaded map would overwrite the selected map '%1'.\nStart upload?").arg(name);
     if (dialogs().question(this, title, question, QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes)
         return;
-    const QString success = tr("Uploaded %n entry(s) to %1.", nullptr, int(m_defectCount)).arg(name);
+    const QString success = tr("Uploaded %n entry(s) to %1.", nullptr, int(m_map.count())).arg(name);
 
     if (m_registerMode) {
         selectMapByName(name);
-        const bool uploaded = uploadMap_RegisterAccess(m_map, m_defectCount);
+        const bool uploaded = uploadMap_RegisterAccess(m_map.data(), m_map.count());
         log(tr("Upload Map %1.").arg(uploaded ? tr(" succeeded") : tr(" failed")), uploaded ? LogInfo : LogError);
         report(uploaded ? success : tr("Upload to %1 failed.").arg(name), uploaded ? LogInfo : LogError);
         return;
@@ -420,13 +348,13 @@ void UXCDefectPixelCorrection::on_btnUploadMapToCam_clicked()
     m_transferSuccess = [success] { return success; };
     std::vector<unsigned char> container =
         buildDefPixContainerBuffer(static_cast<unsigned int>(m_revision), static_cast<ge3_chunk_id_t>(m_chunkId),
-                                   m_defectCount, m_map, m_geometry.width, m_geometry.pixelCount);
-    UxCamera* camera = m_camera;
-    startFileTask(tr("Upload Generated Map"), [this, camera, container, name] {
-        const QByteArray file = name.toUtf8();
+                                   m_map.count(), m_map.data(), m_geometry.width, m_geometry.pixelCount);
+    FileAccessMapSlots* files = fileSlots();
+    startFileTask(tr("Upload Generated Map"), [this, files, container, name] {
         long written = 0;
-        const bool uploaded = camera->UploadBuffer(container, file.constData(), file.constData(), &written)
-                              && written > 0;
+        const MapTransfer outcome = files->uploadContainer(container, name, written);
+        const bool uploaded = outcome == MapTransfer::Done;
+        m_fileTaskCancelled = outcome == MapTransfer::Cancelled;
         log(tr("Upload Generated Map '%1'%2: %3 bytes written.")
                 .arg(name, uploaded ? QString() : tr(" failed"))
                 .arg(written),
@@ -486,12 +414,12 @@ void UXCDefectPixelCorrection::on_btnUploadLocalMap_clicked()
         return;
     const QString success = tr("Uploaded %n entry(s) to %1.", nullptr, int(check.entries.size())).arg(name);
     m_transferSuccess = [success] { return success; };
-    UxCamera* camera = m_camera;
-    startFileTask(tr("Upload Local File"), [this, camera, path, name] {
-        const QByteArray file = name.toUtf8();
+    FileAccessMapSlots* files = fileSlots();
+    startFileTask(tr("Upload Local File"), [this, files, path, name] {
         long written = 0;
-        const bool uploaded =
-            camera->UploadLocalFile(path, file.constData(), file.constData(), &written) && written > 0;
+        const MapTransfer outcome = files->uploadLocalFile(path, name, written);
+        const bool uploaded = outcome == MapTransfer::Done;
+        m_fileTaskCancelled = outcome == MapTransfer::Cancelled;
         log(tr("Upload Local File '%1'%2: %3 bytes written.")
                 .arg(name, uploaded ? QString() : tr(" failed"))
                 .arg(written),
@@ -507,8 +435,8 @@ void UXCDefectPixelCorrection::on_btnDownloadMapToFile_clicked()
 {
     const QString name = ui->cmbDefectPixelMapSelector->currentText();
     if (m_registerMode) {
-        if (m_features)
-            m_features->SetValue("DefectPixelCorrection_MapSelect", name);
+        if (m_mapSlots)
+            m_mapSlots->selectSlotByName(name);
         std::vector<t_defpix> map(m_maxMapSize);
         unsigned int count = 0;
         const bool downloaded = Gen_download_defpix_map(map.data(), count) && SaveMap(map.data(), count);
@@ -530,11 +458,12 @@ void UXCDefectPixelCorrection::on_btnDownloadMapToFile_clicked()
         const LocalMapCheck got = checkLocalContainerMap(path, revision, UINT_MAX, UINT_MAX);
         return tr("Downloaded %n entry(s) from %1 to %2.", nullptr, int(got.entries.size())).arg(name, path);
     };
-    UxCamera* camera = m_camera;
-    startFileTask(tr("Download"), [this, camera, path, name] {
-        const QByteArray file = name.toUtf8();
+    FileAccessMapSlots* files = fileSlots();
+    startFileTask(tr("Download"), [this, files, path, name] {
         long read = 0;
-        const bool downloaded = camera->DownloadDeviceFile(path, file.constData(), file.constData(), &read);
+        const MapTransfer outcome = files->download(path, name, read);
+        const bool downloaded = outcome == MapTransfer::Done;
+        m_fileTaskCancelled = outcome == MapTransfer::Cancelled;
         log(tr("Download device file %1: %2 bytes written.").arg(name).arg(read), downloaded ? LogInfo : LogError);
         return downloaded;
     });
@@ -558,10 +487,8 @@ void UXCDefectPixelCorrection::startFileTask(const QString& transferName, const 
 
 void UXCDefectPixelCorrection::closeDeviceFile()
 {
-    if (!m_features)
-        return;
-    if (m_features->SetValue("FileOperationSelector", QString("Close")))
-        m_features->SetCommand("FileOperationExecute", kCloseTimeoutMs);
+    if (FileAccessMapSlots* files = fileSlots())
+        files->closeDeviceFile();
 }
 
 void UXCDefectPixelCorrection::finishFileTask()

@@ -113,20 +113,12 @@ QJsonObject measure(const QString& name, const Options& options, QTextStream& er
         return {};
 
     // Generated without a limit first, so that the capacity's cut can be told.
-    std::vector<t_defpix> storage;
-    t_defpix* map = nullptr;
-    unsigned int size = 0, count = 0;
-    const DefectMapTarget target{map, size, count, [&] {
-                                     storage.assign(geometry.pixelCount, {});
-                                     map = storage.data();
-                                     size = geometry.pixelCount;
-                                     count = 0;
-                                 }};
+    DefectMap map(geometry.pixelCount);
     if (bayer)
-        create_defpix_map_color(dark.mean, dark.params, geometry, target);
+        create_defpix_map_color(dark.mean, dark.params, geometry, map);
     else
-        create_defpix_map(dark.mean, bright.mean, dark.params, bright.params, geometry, target);
-    const unsigned int kept = std::min(count, capacity);
+        create_defpix_map(dark.mean, bright.mean, dark.params, bright.params, geometry, map);
+    const unsigned int kept = std::min(map.count(), capacity);
     std::set<Pixel> found;
     for (unsigned int i = 0; i < kept; ++i)
         found.insert({map[i].x, map[i].y});
@@ -154,9 +146,9 @@ QJsonObject measure(const QString& name, const Options& options, QTextStream& er
                        {"relativeThreshold", options.relative},
                        {"kinds", rows},
                        {"falsePositives", falsePositives},
-                       {"flagged", int(count)},
+                       {"flagged", int(map.count())},
                        {"mapCapacity", int(capacity)},
-                       {"cutByCapacity", int(count - kept)}};
+                       {"cutByCapacity", int(map.count() - kept)}};
 }
 
 void printTable(const QJsonArray& results, QTextStream& out)

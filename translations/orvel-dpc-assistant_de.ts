@@ -344,6 +344,10 @@ ZEB_GEV_ADDRESSES beschränkt die GigE-Vision-Suche auf die angegebenen Adressen
 <context>
     <name>BatchJob</name>
     <message>
+        <source>Generate map failed: out of memory!</source>
+        <translation>Karte erzeugen fehlgeschlagen: kein Speicher mehr!</translation>
+    </message>
+    <message>
         <source>OK</source>
         <translation>OK</translation>
     </message>
@@ -940,6 +944,14 @@ Fügen Sie im Assistenten dunkle oder helle Bilder hinzu; ihr Mittelwertbild und
 </context>
 <context>
     <name>UXCDefectPixelCorrection</name>
+    <message>
+        <source>Generate map failed: out of memory.</source>
+        <translation>Karte erzeugen fehlgeschlagen: kein Speicher mehr.</translation>
+    </message>
+    <message>
+        <source>Generate map failed: out of memory!</source>
+        <translation>Karte erzeugen fehlgeschlagen: kein Speicher mehr!</translation>
+    </message>
     <message>
         <source>Defect Pixel Correction</source>
         <translation>Defektpixelkorrektur</translation>

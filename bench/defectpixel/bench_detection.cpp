@@ -87,18 +87,14 @@ void BM_GenerateMono(benchmark::State& state)
     DefectPixelParams dark;
     DefectPixelParams bright;
     const ImageGeometry geometry{kWidth, kHeight, uint32_t(kPixels)};
-    unsigned int capacity = 10000;
-    std::vector<t_defpix> entries(capacity);
-    t_defpix* map = entries.data();
-    unsigned int count = 0;
-    const DefectMapTarget target{map, capacity, count, [&count] { count = 0; }};
+    DefectMap map(10000);
     // The masks are allocated by the first generation and reused by the next.
-    create_defpix_map(darkMean, brightMean, dark, bright, geometry, target);
+    create_defpix_map(darkMean, brightMean, dark, bright, geometry, map);
     const uint32_t flagged = dark.defectCount + bright.defectCount;
     for (auto _ : state)
-        create_defpix_map(darkMean, brightMean, dark, bright, geometry, target);
+        create_defpix_map(darkMean, brightMean, dark, bright, geometry, map);
     state.SetItemsProcessed(int64_t(state.iterations()) * kPixels);
-    state.counters["entries"] = count;
+    state.counters["entries"] = map.count();
     state.counters["flagged"] = flagged;
 }
 

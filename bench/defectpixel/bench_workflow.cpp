@@ -103,19 +103,11 @@ void BM_Workflow(benchmark::State& state)
         QImage brightMean;
         addSeries(files, geometry, darkParams, brightParams, darkMean, brightMean);
 
-        std::unique_ptr<t_defpix[]> storage;
-        t_defpix* map = nullptr;
-        unsigned int capacity = kMaxMapSize;
-        unsigned int count = 0;
-        const DefectMapTarget target{map, capacity, count, [&] {
-                                         storage.reset(new t_defpix[capacity]());
-                                         map = storage.get();
-                                         count = 0;
-                                     }};
-        create_defpix_map(darkMean, brightMean, darkParams, brightParams, geometry, target);
-        conv_defpix_map_990(map, count, patterns);
+        DefectMap map(kMaxMapSize);
+        create_defpix_map(darkMean, brightMean, darkParams, brightParams, geometry, map);
+        conv_defpix_map_990(map.data(), map.count(), patterns);
         const std::vector<unsigned char> container =
-            buildDefPixContainerBuffer(4, 4100, count, map, geometry.width, geometry.pixelCount);
+            buildDefPixContainerBuffer(4, 4100, map.count(), map.data(), geometry.width, geometry.pixelCount);
         containerBytes = container.size();
         benchmark::DoNotOptimize(container.data());
     }

@@ -240,7 +240,7 @@ void TestAssistantEndToEnd::monochromeFileAccessCamera()
     QVERIFY(assistant().findChild<QTabWidget*>("tabWidget")->isTabVisible(1));
     QVERIFY(assistant().findChild<QLabel*>("lblCameraName")->text().endsWith("\nFirmware: FW 2.4.1 build 311\n"));
     QCOMPARE(selector()->count(), 4);
-    QCOMPARE(selector()->itemData(0, Qt::UserRole + 2).toBool(), true); // the factory slot cannot be written
+    QCOMPARE(selector()->itemData(0, kSlotRoleCannotWrite).toBool(), true); // the factory slot cannot be written
     QVERIFY(!button(assistant(), "btnGenerateMap")->isEnabled());
     QVERIFY(button(assistant(), "btnDownloadMapToFile")->isEnabled());
 

@@ -98,22 +98,14 @@ void TestFrameCapture::capturedSeriesFindTheSeededDefects()
     if (!colour)
         QCOMPARE(capture(run, id, 50, 8, bright, geometry, BrightSeries).frames, 8);
 
-    std::vector<t_defpix> storage;
-    t_defpix* map = nullptr;
-    unsigned int capacity = 0, count = 0;
-    const DefectMapTarget target{map, capacity, count, [&] {
-                                     storage.assign(10000, {});
-                                     map = storage.data();
-                                     capacity = 10000;
-                                     count = 0;
-                                 }};
+    DefectMap map(10000);
     if (colour)
-        create_defpix_map_color(dark.mean, dark.params, geometry, target);
+        create_defpix_map_color(dark.mean, dark.params, geometry, map);
     else
-        create_defpix_map(dark.mean, bright.mean, dark.params, bright.params, geometry, target);
+        create_defpix_map(dark.mean, bright.mean, dark.params, bright.params, geometry, map);
     std::set<Pixel> found;
-    for (unsigned int i = 0; i < count; ++i)
-        found.insert({map[i].x, map[i].y});
+    for (const t_defpix& entry : map.entries())
+        found.insert({entry.x, entry.y});
     std::set<Kind> visible = {Kind::Hot, Kind::Stuck, Kind::Cluster, Kind::Border};
     if (!colour)
         visible.insert(Kind::Dead);

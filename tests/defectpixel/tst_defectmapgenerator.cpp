@@ -7,23 +7,6 @@
 
 namespace {
 
-// A map buffer standing in for the panel's, reset as the panel resets it.
-struct MapFixture {
-    explicit MapFixture(unsigned int maximum) : capacity(maximum), entries(maximum), map(entries.data()) {}
-
-    DefectMapTarget target()
-    {
-        return {map, capacity, count, [this] { count = 0; ++resets; }};
-    }
-    std::vector<t_defpix> used() const { return {entries.begin(), entries.begin() + count}; }
-
-    unsigned int capacity;
-    std::vector<t_defpix> entries;
-    t_defpix* map;
-    unsigned int count = 0;
-    int resets = 0;
-};
-
 // Flat grey means whose single outliers are flagged by both tests.
 QImage meanWithOutliers(int width, int height, const QList<QPoint>& outliers)
 {
@@ -45,7 +28,7 @@ class TestDefectMapGenerator : public QObject {
     Q_OBJECT
 
 private slots:
-    void missingImagesLeaveMapUntouched();
+    void missingImagesOrMemoryLeaveMapUntouched();
     void pixelFlaggedInBothSeriesGivesOneEntry();
     void brightSeriesAlone();
     void colourUsesDarkSeriesOnly();
@@ -53,70 +36,71 @@ private slots:
     void matchesOneByOneAdding();
 };
 
-void TestDefectMapGenerator::missingImagesLeaveMapUntouched()
+void TestDefectMapGenerator::missingImagesOrMemoryLeaveMapUntouched()
 {
-    MapFixture fixture(4);
-    fixture.count = 1;
+    DefectMap map(4);
+    map.add(1, 2, 0);
     DefectPixelParams dark, bright;
-    const ImageGeometry geometry{8, 8, 64};
-    QCOMPARE(create_defpix_map(QImage(), QImage(), dark, bright, geometry, fixture.target()),
-             MapGeneration::MissingImages);
-    QCOMPARE(create_defpix_map_color(QImage(), dark, geometry, fixture.target()), MapGeneration::MissingImages);
-    QCOMPARE(fixture.resets, 0);
-    QCOMPARE(fixture.count, 1u);
+    const ImageGeometry geometry{24, 24, 576};
+    QCOMPARE(create_defpix_map(QImage(), QImage(), dark, bright, geometry, map), MapGeneration::MissingImages);
+    QCOMPARE(create_defpix_map_color(QImage(), dark, geometry, map), MapGeneration::MissingImages);
+    const QImage mean = meanWithOutliers(24, 24, {{5, 3}});
+    failDefectMaskMemory(true);
+    QCOMPARE(create_defpix_map(mean, mean, dark, bright, geometry, map), MapGeneration::NoMemory);
+    QCOMPARE(create_defpix_map_color(mean, dark, geometry, map), MapGeneration::NoMemory);
+    failDefectMaskMemory(false);
+    QCOMPARE(map.entries(), (std::vector<t_defpix>{{1, 2, 0}}));
 }
 
 void TestDefectMapGenerator::pixelFlaggedInBothSeriesGivesOneEntry()
 {
-    MapFixture fixture(10);
+    DefectMap map(10);
     DefectPixelParams dark, bright;
     const QImage darkMean = meanWithOutliers(24, 24, {{5, 3}, {7, 3}});
     const QImage brightMean = meanWithOutliers(24, 24, {{7, 3}, {2, 9}});
-    QCOMPARE(create_defpix_map(darkMean, brightMean, dark, bright, {24, 24, 576}, fixture.target()),
+    QCOMPARE(create_defpix_map(darkMean, brightMean, dark, bright, {24, 24, 576}, map),
              MapGeneration::Generated);
-    QCOMPARE(fixture.resets, 1);
-    QCOMPARE(fixture.used(), (std::vector<t_defpix>{{5, 3, 0}, {7, 3, 0}, {2, 9, 0}}));
+    QCOMPARE(map.entries(), (std::vector<t_defpix>{{5, 3, 0}, {7, 3, 0}, {2, 9, 0}}));
     QCOMPARE(dark.defectCount, 2u);
     QCOMPARE(bright.defectCount, 2u);
     // Counts accumulate over generations.
-    create_defpix_map(darkMean, brightMean, dark, bright, {24, 24, 576}, fixture.target());
+    create_defpix_map(darkMean, brightMean, dark, bright, {24, 24, 576}, map);
     QCOMPARE(dark.defectCount, 4u);
-    QCOMPARE(fixture.count, 3u);
+    QCOMPARE(map.count(), 3u);
 }
 
 void TestDefectMapGenerator::brightSeriesAlone()
 {
-    MapFixture fixture(10);
+    DefectMap map(10);
     DefectPixelParams dark, bright;
     const QImage brightMean = meanWithOutliers(24, 24, {{1, 1}});
-    create_defpix_map(QImage(), brightMean, dark, bright, {24, 24, 576}, fixture.target());
-    QCOMPARE(fixture.used(), (std::vector<t_defpix>{{1, 1, 0}}));
+    create_defpix_map(QImage(), brightMean, dark, bright, {24, 24, 576}, map);
+    QCOMPARE(map.entries(), (std::vector<t_defpix>{{1, 1, 0}}));
     QCOMPARE(dark.defectCount, 0u);
     QVERIFY(!dark.defectMask);
     // No rows, no entries, but the map is still rebuilt.
-    create_defpix_map(QImage(), brightMean, dark, bright, {}, fixture.target());
-    QCOMPARE(fixture.count, 0u);
-    QCOMPARE(fixture.resets, 2);
+    create_defpix_map(QImage(), brightMean, dark, bright, {}, map);
+    QCOMPARE(map.count(), 0u);
 }
 
 void TestDefectMapGenerator::colourUsesDarkSeriesOnly()
 {
-    MapFixture fixture(10);
+    DefectMap map(10);
     DefectPixelParams dark;
     const QImage darkMean = meanWithOutliers(24, 24, {{3, 20}, {4, 2}});
-    QCOMPARE(create_defpix_map_color(darkMean, dark, {24, 24, 576}, fixture.target()), MapGeneration::Generated);
-    QCOMPARE(fixture.used(), (std::vector<t_defpix>{{4, 2, 0}, {3, 20, 0}}));
+    QCOMPARE(create_defpix_map_color(darkMean, dark, {24, 24, 576}, map), MapGeneration::Generated);
+    QCOMPARE(map.entries(), (std::vector<t_defpix>{{4, 2, 0}, {3, 20, 0}}));
     QCOMPARE(dark.defectCount, 2u);
 }
 
 void TestDefectMapGenerator::fullMapKeepsFirstEntriesAndCounts()
 {
-    MapFixture fixture(3);
+    DefectMap map(3);
     DefectPixelParams dark, bright;
     const QList<QPoint> outliers{{20, 0}, {0, 1}, {9, 5}, {3, 6}, {4, 30}};
     const QImage mean = meanWithOutliers(32, 32, outliers);
-    create_defpix_map(mean, QImage(), dark, bright, {32, 32, 1024}, fixture.target());
-    QCOMPARE(fixture.used(), (std::vector<t_defpix>{{20, 0, 0}, {0, 1, 0}, {9, 5, 0}}));
+    create_defpix_map(mean, QImage(), dark, bright, {32, 32, 1024}, map);
+    QCOMPARE(map.entries(), (std::vector<t_defpix>{{20, 0, 0}, {0, 1, 0}, {9, 5, 0}}));
     QCOMPARE(dark.defectCount, 5u);
 }
 
@@ -137,18 +121,14 @@ void TestDefectMapGenerator::matchesOneByOneAdding()
         const unsigned int capacity = 1 + random() % 200;
         const std::vector<t_defpix> preset{{1, 0, 107}, {999, 999, 0}};
 
-        MapFixture fixture(capacity);
+        DefectMap map(capacity);
+        for (const t_defpix& entry : preset)
+            map.add(entry.x, entry.y, entry.type); // emptied by the generation
         DefectPixelParams dark, bright;
-        DefectMapTarget target = fixture.target();
-        target.reset = [&] {
-            fixture.count = std::min<unsigned int>(2, capacity);
-            std::copy(preset.begin(), preset.begin() + fixture.count, fixture.entries.begin());
-        };
-        create_defpix_map(darkMean, brightMean, dark, bright, geometry, target);
+        create_defpix_map(darkMean, brightMean, dark, bright, geometry, map);
 
         std::vector<t_defpix> expected(capacity);
-        unsigned int count = std::min<unsigned int>(2, capacity);
-        std::copy(preset.begin(), preset.begin() + count, expected.begin());
+        unsigned int count = 0;
         for (int y = 0; y < height; ++y)
             for (int x = 0; x < width; ++x) {
                 const bool inDark = dark.defectMask[y * width + x] != 0;
@@ -158,7 +138,7 @@ void TestDefectMapGenerator::matchesOneByOneAdding()
                     defpix_add(expected.data(), capacity, x, y, 0, count);
             }
         expected.resize(count);
-        QCOMPARE(fixture.used(), expected);
+        QCOMPARE(map.entries(), expected);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "uxcamera.h"
 #include "imageseries.h"
+#include "mapformat.h"
 #include "uxcustomwidgets.h"
 #include "uxdefectpixelcorrection.h"
 #include "uxframecapturecontrol.h"
@@ -69,6 +70,11 @@ void typeThreshold(UXCDefectPixelCorrection& panel, const char* name, const QStr
 
 } // namespace
 
+bool operator==(const t_defpix& a, const t_defpix& b)
+{
+    return a.x == b.x && a.y == b.y && a.type == b.type;
+}
+
 // The panel's input rules, the slots it offers and a transfer met by a reset.
 class TestPanel : public QObject {
     Q_OBJECT
@@ -78,7 +84,7 @@ private slots:
     void cleanupTestCase();
 
     void inputRulesAndStreamingGuard();
-    void chunkIdsHideSlots();
+    void generationWithoutMemoryKeepsTheMap();
     void resetDuringTransferNeverLeavesHalfAMap();
     void nextCameraStartsAfresh();
     void batchTellsRefusalsOnceAndKeepsGoodImages();
@@ -181,19 +187,6 @@ void TestPanel::inputRulesAndStreamingGuard()
     QVERIFY(m_session.close(kMonoFile));
 }
 
-void TestPanel::chunkIdsHideSlots()
-{
-    UXCDefectPixelCorrection panel;
-    QVERIFY(panel.Init(m_session.open(kOddSlots)));
-    auto* selector = panel.findChild<QComboBox*>("cmbDefectPixelMapSelector");
-    QCOMPARE(selector->count(), 3);
-    QCOMPARE(selector->itemText(1), QString("DefPixMap3"));
-    QCOMPARE(selector->itemData(1, Qt::UserRole + 3).toInt(), 4097);
-    QCOMPARE(selector->itemData(2, Qt::UserRole + 3).toInt(), 4100);
-    panel.Reset();
-    QVERIFY(m_session.close(kOddSlots));
-}
-
 void TestPanel::resetDuringTransferNeverLeavesHalfAMap()
 {
     UXCDefectPixelCorrection panel;
@@ -209,7 +202,7 @@ void TestPanel::resetDuringTransferNeverLeavesHalfAMap()
     for (unsigned int i = 0; i < map.size(); ++i)
         map[i] = {i % 200, i / 200, 0};
     const std::vector<unsigned char> container =
-        panel.buildDefPixContainerBuffer(3, 4096, map.size(), map.data(), 200, 200 * 100);
+        panel.buildDefPixContainerBuffer(kDefaultMapRevision, kDefaultChunkId, map.size(), map.data(), 200, 200 * 100);
     QFile large(m_dir.filePath("large.bin"));
     QVERIFY(large.open(QIODevice::WriteOnly));
     QCOMPARE(large.write(reinterpret_cast<const char*>(container.data()), qint64(container.size())),
@@ -264,6 +257,32 @@ void TestPanel::resetDuringTransferNeverLeavesHalfAMap()
     QVERIFY(!dialogs.messages().join('\n').contains("File Access"));
     panel.Reset();
     QVERIFY(m_session.close(kOddSlots));
+}
+
+void TestPanel::generationWithoutMemoryKeepsTheMap()
+{
+    UXCDefectPixelCorrection panel;
+    RecordingDialogs dialogs;
+    panel.setDialogs(&dialogs);
+    QSignalSpy log(&panel, &UXCDefectPixelCorrection::sendLogMessage);
+    QVERIFY(panel.Init(m_session.open(kMonoFile)));
+    dialogs.openFileNames = captureSeries(panel.camera(), m_dir.path(), "spacedark", 1, false);
+    click(panel, "btnAddDarkImage");
+    click(panel, "btnGenerateMap");
+    const std::vector<t_defpix> before(panel.defectMap(), panel.defectMap() + panel.defectCount());
+    QVERIFY(!before.empty());
+    log.clear();
+
+    failDefectMaskMemory(true);
+    click(panel, "btnGenerateMap");
+    failDefectMaskMemory(false);
+    QCOMPARE(dialogs.messages().last(), QString("critical|Generate Map|Generate map failed: out of memory!"));
+    QCOMPARE(logLines(log), QStringList{"2|Generate map failed: out of memory!"});
+    QCOMPARE(std::vector<t_defpix>(panel.defectMap(), panel.defectMap() + panel.defectCount()), before);
+    QCOMPARE(panel.findChild<QLineEdit*>("txtDefectPixelCount")->text(), QString::number(before.size()));
+    QVERIFY(button(panel, "btnSaveMapToFile")->isEnabled());
+    panel.Reset();
+    QVERIFY(m_session.close(kMonoFile));
 }
 
 void TestPanel::nextCameraStartsAfresh()

@@ -6,6 +6,7 @@
 #include "defectmapgenerator.h"
 #include "defectmaptext.h"
 #include "imageseries.h"
+#include "mapformat.h"
 #include "uxcamera.h"
 
 #include <QDir>
@@ -15,10 +16,6 @@
 #include <QSaveFile>
 
 namespace {
-
-constexpr int kTypedRevision = 4;
-constexpr int kDefaultChunkId = 4096;
-constexpr int kTypedChunkId = 4100;
 
 const QString kSerial = CameraInfoKey::SerialNumber;
 const QString kModel = CameraInfoKey::ModelName;
@@ -255,18 +252,14 @@ bool BatchJob::generate()
 
     StepTimer timer(m_result.durations, "generate");
     m_progress(tr("generating"), false);
-    unsigned int capacity = profile.maxMapSize;
-    t_defpix* map = nullptr;
-    const DefectMapTarget target{map, capacity, m_count, [&] {
-                                     m_map.assign(capacity, t_defpix{0, 0, 0});
-                                     map = m_map.data();
-                                     m_count = 0;
-                                 }};
+    DefectMap map(profile.maxMapSize);
     const MapGeneration generated = profile.isColor
-                                        ? create_defpix_map_color(darkMean, dark, geometry, target)
-                                        : create_defpix_map(darkMean, brightMean, dark, bright, geometry, target);
+                                        ? create_defpix_map_color(darkMean, dark, geometry, map)
+                                        : create_defpix_map(darkMean, brightMean, dark, bright, geometry, map);
+    m_count = map.count();
     if (generated != MapGeneration::Generated) {
-        m_result.errors << tr("Generate map failed: missing image parameters");
+        m_result.errors << (generated == MapGeneration::NoMemory ? tr("Generate map failed: out of memory!")
+                                                                  : tr("Generate map failed: missing image parameters"));
         return false;
     }
     m_width = geometry.width;
@@ -275,8 +268,8 @@ bool BatchJob::generate()
     int chunkId = kDefaultChunkId;
     if (!profile.registerMode)
         chunkId = m_slot ? m_slot->chunkId : profile.slotList.first().chunkId;
-    if (profile.revision == kTypedRevision || chunkId == kTypedChunkId)
-        conv_defpix_map_990(map, m_count, *m_context.patterns);
+    if (isTypedMap(profile.revision, chunkId))
+        conv_defpix_map_990(map.data(), m_count, *m_context.patterns);
 
     const unsigned char* darkMask = darkMean.isNull() ? nullptr : dark.defectMask;
     const unsigned char* brightMask = brightMean.isNull() || profile.isColor ? nullptr : bright.defectMask;
@@ -288,7 +281,7 @@ bool BatchJob::generate()
     m_result.flagged = flagged;
     m_result.written = m_count;
     m_result.capacityCut = flagged > m_count;
-    m_map.resize(m_count);
+    m_map = map.entries();
     if (m_result.capacityCut)
         m_result.notes << tr("The map holds the first %1 of %2 flagged pixels (the camera's maximum).")
                               .arg(m_count)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "defectmap.h"
+#include "mapformat.h"
 
 #include <QString>
 #include <QVector>
@@ -10,7 +11,7 @@
 // A map slot of a camera as the assistant's selector offers it.
 struct BatchMapSlot {
     QString name;             // "DefPixMap<n>" or an entry of the map select enumeration
-    int chunkId = 4096;       // the slot's chunk id (file-access slotList)
+    int chunkId = kDefaultChunkId; // the slot's chunk id (file-access slotList)
     bool cannotRead = false;  // downloads from it are refused
     bool cannotWrite = false; // uploads into it are refused (the factory map)
 };
@@ -18,7 +19,7 @@ struct BatchMapSlot {
 // What the batch needs to know of a camera's maps before it generates one.
 struct BatchMapProfile {
     bool registerMode = false;        // maps through device registers, else device files
-    int revision = 3;                 // map format revision
+    int revision = kDefaultMapRevision; // map format revision
     bool isColor = false;             // dark series only
     bool bigEndian = true;            // device byte order
     unsigned int maxMapSize = 10000;  // capacity of a map (the camera's, when it tells a plausible one)

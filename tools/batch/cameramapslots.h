@@ -6,8 +6,8 @@
 
 class UxCamera;
 
-// The map slots of an opened camera through the camera layer: file-access
-// slots as device files holding a map container, otherwise the map registers.
+// The batch's view of a camera's map slots, through the map-slot core: this
+// class only words the outcomes.
 class CameraMapSlots : public BatchMapSlots {
     Q_DECLARE_TR_FUNCTIONS(CameraMapSlots)
 
@@ -24,16 +24,7 @@ public:
                                           const t_defpix* map, unsigned int count) const override;
 
 private:
-    bool detectColor();
-    void readFileSlots(BatchMapProfile& profile, const QStringList& files);
-    bool readMaxMapSize(bool registerMode, unsigned int& size);
-    bool uploadFile(const BatchMapProfile& profile, const BatchMapSlot& slot, const t_defpix* map,
-                    unsigned int count, unsigned int imageWidth, unsigned int imagePixelCount, qint64& bytes,
-                    QString& error);
-    bool uploadRegisters(const BatchMapProfile& profile, const BatchMapSlot& slot, const t_defpix* map,
-                         unsigned int count, qint64& bytes, QString& error);
-    bool selectRegisterSlot(const BatchMapSlot& slot, uint32_t& number, QString& error);
-    void closeDeviceFile();
+    bool selectRegisterSlot(const BatchMapSlot& slot, QString& error);
 
     UxCamera& m_camera;
 };
