@@ -480,6 +480,7 @@ void UXCDefectPixelCorrection::initTranferProgress()
         m_progressDialog->setRange(0, 100);
         m_progressDialog->setMinimumDuration(1);
         m_progressDialog->cancel();
+        connect(m_progressDialog, &QProgressDialog::canceled, this, &UXCDefectPixelCorrection::cancelFileTask);
     }
     if (m_camera)
         connect(m_camera, &UxCamera::updateTransferProcess, this, &UXCDefectPixelCorrection::progressBar_valueChanged);

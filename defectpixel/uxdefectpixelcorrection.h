@@ -171,6 +171,10 @@ private:
     bool typedMap() const;
     void startFileTask(const QString& transferName, const std::function<bool()>& task);
     void releaseAfterUntrackedTask();
+    // Stops a running file-access transfer before its next block.
+    void cancelFileTask();
+    // Hides the progress window and takes its Cancel button away again.
+    void resetProgressWindow();
     void closeDeviceFile();
     void log(const QString& message, LogType type);
     UXCDialogs& dialogs() const;

@@ -11,6 +11,7 @@
 #include "uxsettings.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QFileInfo>
 #include <QProgressDialog>
 #include <QtConcurrent>
@@ -464,6 +465,8 @@ void UXCDefectPixelCorrection::on_btnDownloadMapToFile_clicked()
         const MapTransfer outcome = files->download(path, name, read);
         const bool downloaded = outcome == MapTransfer::Done;
         m_fileTaskCancelled = outcome == MapTransfer::Cancelled;
+        if (m_fileTaskCancelled)
+            QFile::remove(path);
         log(tr("Download device file %1: %2 bytes written.").arg(name).arg(read), downloaded ? LogInfo : LogError);
         return downloaded;
     });
@@ -481,6 +484,10 @@ void UXCDefectPixelCorrection::startFileTask(const QString& transferName, const 
     ui->btnDownloadMapToFile->setEnabled(false);
     m_fileTaskWatcher.setObjectName(transferName);
     m_fileTaskUnreported = true;
+    m_fileTaskCancelled = false;
+    // File-access transfers of many blocks can be stopped between two blocks.
+    if (m_progressDialog && fileSlots())
+        m_progressDialog->setCancelButtonText(tr("&Cancel"));
     m_fileTask = QtConcurrent::run(task);
     m_fileTaskWatcher.setFuture(m_fileTask);
 }
@@ -497,7 +504,16 @@ void UXCDefectPixelCorrection::finishFileTask()
     const QString transfer = m_fileTaskWatcher.objectName();
     const QString title = tr("File Access");
     const auto success = std::exchange(m_transferSuccess, nullptr);
-    if (!m_fileTaskWatcher.isCanceled() && m_fileTaskWatcher.result()) {
+    if (m_fileTaskCancelled) {
+        const QString slot = ui->cmbDefectPixelMapSelector->currentText();
+        const QString text = transfer.startsWith(QLatin1String("Upload"))
+                                 ? tr("%1 cancelled; the slot %2 keeps its previous map.").arg(transfer, slot)
+                                 : tr("%1 cancelled; the incomplete file was removed.").arg(transfer);
+        log(text, LogWarning);
+        report(text, LogWarning);
+        dialogs().information(this, title, text);
+        closeDeviceFile();
+    } else if (!m_fileTaskWatcher.isCanceled() && m_fileTaskWatcher.result()) {
         report(success ? success() : tr("%1 done.").arg(transfer), LogInfo);
         dialogs().information(this, title, tr("%1 task has been successfully done.").arg(transfer));
     } else {
@@ -506,8 +522,7 @@ void UXCDefectPixelCorrection::finishFileTask()
         closeDeviceFile();
     }
     enableButtons();
-    if (m_progressDialog)
-        m_progressDialog->reset();
+    resetProgressWindow();
     if (transfer.contains("Upload Local File"))
         ui->btnUploadMapToCam->setEnabled(false);
 }
@@ -521,6 +536,19 @@ void UXCDefectPixelCorrection::releaseAfterUntrackedTask()
     if (m_fileTaskWatcher.isCanceled() || !m_fileTaskWatcher.result())
         closeDeviceFile();
     enableButtons();
-    if (m_progressDialog)
-        m_progressDialog->reset();
+    resetProgressWindow();
+}
+
+void UXCDefectPixelCorrection::cancelFileTask()
+{
+    if (FileAccessMapSlots* files = fileSlots(); files && m_fileTask.isRunning())
+        files->cancel();
+}
+
+void UXCDefectPixelCorrection::resetProgressWindow()
+{
+    if (!m_progressDialog)
+        return;
+    m_progressDialog->reset();
+    m_progressDialog->setCancelButton(nullptr);
 }

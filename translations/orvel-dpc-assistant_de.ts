@@ -945,6 +945,18 @@ Fügen Sie im Assistenten dunkle oder helle Bilder hinzu; ihr Mittelwertbild und
 <context>
     <name>UXCDefectPixelCorrection</name>
     <message>
+        <source>%1 cancelled; the incomplete file was removed.</source>
+        <translation>%1 abgebrochen; die unvollständige Datei wurde entfernt.</translation>
+    </message>
+    <message>
+        <source>%1 cancelled; the slot %2 keeps its previous map.</source>
+        <translation>%1 abgebrochen; der Slot %2 behält seine bisherige Karte.</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>&amp;Abbrechen</translation>
+    </message>
+    <message>
         <source>Generate map failed: out of memory.</source>
         <translation>Karte erzeugen fehlgeschlagen: kein Speicher mehr.</translation>
     </message>

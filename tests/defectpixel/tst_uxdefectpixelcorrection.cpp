@@ -39,6 +39,13 @@ const char* const kSlowTransfersJson = R"({ "id": "DEV_SLW0001", "model": "kvd12
     "name": "Slow transfers", "interface": "sim-usb0", "mapAccess": "file", "fileOperationDelayMs": 20,
     "mapMaxSize": 40000, "sensor": { "width": 200, "height": 100, "seed": 5 } })";
 
+constexpr const char* kCancellable = "CNC0001";
+
+// Slow enough that a transfer of a few blocks can be cancelled from its progress window.
+const char* const kCancellableJson = R"({ "id": "DEV_CNC0001", "model": "kvd123MXGE", "serial": "CNC0001",
+    "name": "Cancellable", "interface": "sim-usb0", "mapAccess": "file", "fileOperationDelayMs": 150,
+    "mapMaxSize": 40000, "sensor": { "width": 200, "height": 100, "seed": 7 } })";
+
 constexpr const char* kWildMaximum = "WLD0001";
 
 // Firmware that claims room for four billion map entries.
@@ -85,6 +92,7 @@ private slots:
 
     void inputRulesAndStreamingGuard();
     void generationWithoutMemoryKeepsTheMap();
+    void cancelledUploadKeepsThePreviousMap();
     void resetDuringTransferNeverLeavesHalfAMap();
     void nextCameraStartsAfresh();
     void batchTellsRefusalsOnceAndKeepsGoodImages();
@@ -104,6 +112,7 @@ void TestPanel::initTestCase()
     QCOMPARE(ZebCPP::SimControl::PlugCamera(kOddSlotsJson), ZebCPP::ZebErrorSuccess);
     QCOMPARE(ZebCPP::SimControl::PlugCamera(kSlowTransfersJson), ZebCPP::ZebErrorSuccess);
     QCOMPARE(ZebCPP::SimControl::PlugCamera(kWildMaximumJson), ZebCPP::ZebErrorSuccess);
+    QCOMPARE(ZebCPP::SimControl::PlugCamera(kCancellableJson), ZebCPP::ZebErrorSuccess);
 }
 
 void TestPanel::cleanupTestCase()
@@ -283,6 +292,61 @@ void TestPanel::generationWithoutMemoryKeepsTheMap()
     QVERIFY(button(panel, "btnSaveMapToFile")->isEnabled());
     panel.Reset();
     QVERIFY(m_session.close(kMonoFile));
+}
+
+void TestPanel::cancelledUploadKeepsThePreviousMap()
+{
+    UXCDefectPixelCorrection panel;
+    RecordingDialogs dialogs;
+    panel.setDialogs(&dialogs);
+    QSignalSpy log(&panel, &UXCDefectPixelCorrection::sendLogMessage);
+    UxCamera* camera = m_session.open(kCancellable);
+    QVERIFY(panel.Init(camera));
+    selectSlot(panel, 1);
+    const auto containerFile = [&](const QString& name, unsigned int count) {
+        std::vector<t_defpix> map(count);
+        for (unsigned int i = 0; i < count; ++i)
+            map[i] = {i % 200, i / 200, 0};
+        const std::vector<unsigned char> bytes = panel.buildDefPixContainerBuffer(
+            kDefaultMapRevision, kDefaultChunkId, map.size(), map.data(), 200, 200 * 100);
+        QFile file(m_dir.filePath(name));
+        file.open(QIODevice::WriteOnly);
+        file.write(reinterpret_cast<const char*>(bytes.data()), qint64(bytes.size()));
+        return file.fileName();
+    };
+    const auto content = [](const QString& path) {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    const QString kept = containerFile("kept.bin", 50);
+    dialogs.openFileName = QStringList{kept};
+    click(panel, "btnUploadLocalMap");
+    QTRY_COMPARE_WITH_TIMEOUT(stored(kCancellable, 1).size(), size_t(50), 10000);
+    QTRY_VERIFY(button(panel, "btnDownloadMapToFile")->isEnabled());
+
+    // Three blocks: cancelled once the first one is in, the camera refuses the cut container.
+    QSignalSpy progress(camera, &UxCamera::updateTransferProcess);
+    dialogs.openFileName = QStringList{containerFile("cancelled.bin", 20000)};
+    click(panel, "btnUploadLocalMap");
+    QTRY_VERIFY(!progress.isEmpty());
+    auto* cancel = panel.findChild<QProgressDialog*>()->findChild<QPushButton*>();
+    QVERIFY(cancel);
+    QTRY_VERIFY(cancel->isVisible());
+    QTest::mouseClick(cancel, Qt::LeftButton);
+    QTRY_VERIFY_WITH_TIMEOUT(button(panel, "btnDownloadMapToFile")->isEnabled(), 10000);
+    const QString said = "Upload Local File cancelled; the slot DefPixMap1 keeps its previous map.";
+    QCOMPARE(dialogs.messages().last(), "information|File Access|" + said);
+    QVERIFY(logLines(log).contains("1|" + said));
+    QVERIFY(!panel.findChild<QProgressDialog*>()->findChild<QPushButton*>());
+
+    const QString back = m_dir.filePath("back.bin");
+    dialogs.saveFileName = QStringList{back};
+    click(panel, "btnDownloadMapToFile");
+    QTRY_VERIFY_WITH_TIMEOUT(!panel.isFileTaskRunning() && button(panel, "btnDownloadMapToFile")->isEnabled(),
+                             10000);
+    QCOMPARE(content(back), content(kept));
+    panel.Reset();
+    QVERIFY(m_session.close(kCancellable));
 }
 
 void TestPanel::nextCameraStartsAfresh()
