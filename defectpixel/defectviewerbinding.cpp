@@ -73,6 +73,12 @@ void DefectViewerBinding::clear()
         m_viewer->clear();
 }
 
+void DefectViewerBinding::showDownloadedMap(const std::vector<t_defpix>& map, const QString& slot)
+{
+    if (m_viewer && m_viewer->isVisible())
+        m_viewer->setOverlay(map, slot);
+}
+
 void DefectViewerBinding::updateThreshold(int series)
 {
     if (!m_viewer)

@@ -1,7 +1,11 @@
 #pragma once
 
+#include "defectmap.h"
+
 #include <QObject>
 #include <QPointer>
+
+#include <vector>
 
 class DefectViewer;
 class QBoxLayout;
@@ -35,6 +39,9 @@ public:
     void refresh();
     // The panel was reset: the viewer shows its empty state.
     void clear();
+    // A map just downloaded from a camera slot: an open viewer compares it with
+    // the generated map as its second overlay.
+    void showDownloadedMap(const std::vector<t_defpix>& map, const QString& slot);
 
     DefectViewer* viewer() const;
     QPushButton* openButton() const { return m_openButton; }

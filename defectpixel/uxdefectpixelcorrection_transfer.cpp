@@ -2,6 +2,7 @@
 #include "ui_uxdefectpixelcorrection.h"
 
 #include "defectmapfile.h"
+#include "defectviewerbinding.h"
 #include "filemapslots.h"
 #include "localmapcheck.h"
 #include "mapformat.h"
@@ -441,6 +442,10 @@ void UXCDefectPixelCorrection::on_btnDownloadMapToFile_clicked()
         std::vector<t_defpix> map(m_maxMapSize);
         unsigned int count = 0;
         const bool downloaded = Gen_download_defpix_map(map.data(), count) && SaveMap(map.data(), count);
+        if (downloaded) {
+            map.resize(count);
+            m_viewerBinding->showDownloadedMap(map, name);
+        }
         log(tr("Download device file %1.").arg(downloaded ? tr(" succeeded") : tr(" failed")),
             downloaded ? LogInfo : LogError);
         if (!downloaded)
@@ -455,8 +460,9 @@ void UXCDefectPixelCorrection::on_btnDownloadMapToFile_clicked()
     if (!path.endsWith(".bin", Qt::CaseInsensitive))
         path += ".bin";
     const unsigned int revision = static_cast<unsigned int>(m_revision);
-    m_transferSuccess = [path, name, revision] {
+    m_transferSuccess = [this, path, name, revision] {
         const LocalMapCheck got = checkLocalContainerMap(path, revision, UINT_MAX, UINT_MAX);
+        m_viewerBinding->showDownloadedMap(got.entries, name);
         return tr("Downloaded %n entry(s) from %1 to %2.", nullptr, int(got.entries.size())).arg(name, path);
     };
     FileAccessMapSlots* files = fileSlots();

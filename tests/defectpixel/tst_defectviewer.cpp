@@ -1,6 +1,7 @@
 #include "defectmapcontainer.h"
 #include "defectviewer.h"
 #include "defectviewerbinding.h"
+#include "panelfixture.h"
 #include "uxchistogramview.h"
 #include "uxcimageviewer.h"
 #include "uxdefectpixelcorrection.h"
@@ -62,6 +63,7 @@ class TestDefectViewer : public QObject {
 private slots:
     void initTestCase() { QStandardPaths::setTestModeEnabled(true); }
     void viewerFollowsPanel();
+    void downloadedSlotMapIsTheSecondOverlay();
 };
 
 void TestDefectViewer::viewerFollowsPanel()
@@ -153,6 +155,35 @@ void TestDefectViewer::viewerFollowsPanel()
     QVERIFY(viewer->imageView()->image().isNull());
     QCOMPARE(model->rowCount(), 0);
     QVERIFY(viewer->comparison()->text().isEmpty());
+}
+
+void TestDefectViewer::downloadedSlotMapIsTheSecondOverlay()
+{
+    using namespace PanelFixture;
+    Session session;
+    if (!session.start())
+        QSKIP("the simulated cameras are not available");
+    QTemporaryDir dir;
+    UXCDefectPixelCorrection panel;
+    RecordingDialogs dialogs;
+    panel.setDialogs(&dialogs);
+    UxCamera* camera = session.open(kRegisterMono);
+    QVERIFY(panel.Init(camera));
+    for (const QString& path : captureSeries(camera, dir.path(), "dark", 2, false))
+        QVERIFY(panel.loadImagefromFile(path, 0));
+    panel.enableButtons();
+    click(panel, "btnGenerateMap");
+    panel.viewerBinding()->open(DefectViewer::Dark);
+    DefectViewer* viewer = panel.viewerBinding()->viewer();
+    QVERIFY(viewer->comparison()->text().isEmpty());
+
+    // The factory map, read back from the camera, lies over the freshly found defects.
+    activateSlot(panel, 0);
+    dialogs.saveFileName = QStringList{dir.filePath("factory.txt")};
+    click(panel, "btnDownloadMapToFile");
+    QVERIFY2(viewer->comparison()->text().contains("common"), qPrintable(viewer->comparison()->text()));
+    panel.Reset();
+    QVERIFY(session.close(kRegisterMono));
 }
 
 QTEST_MAIN(TestDefectViewer)
