@@ -6,6 +6,8 @@
 #include <QMutex>
 
 #include <algorithm>
+#include <atomic>
+#include <functional>
 
 #include <new>
 
@@ -14,10 +16,23 @@ namespace {
 // Bands smaller than this cost more in histogram merging than they save.
 constexpr uint64_t kMinPixelsPerBand = 1 << 18;
 
+// Counts per (average m, value v), index m * 256 + v: 256 KB, small enough to
+// stay in a core's cache while a band is counted.
+using ValueCounts = std::vector<uint32_t>;
+
+void countRow(const unsigned char* values, const unsigned char* averages, uint32_t width,
+                uint32_t* counts)
+{
+    for (uint32_t x = 0; x < width; ++x)
+        ++counts[(uint32_t(averages[x]) << 8) | values[x]];
+}
+
 } // namespace
 
 bool DeviationStatistics::compute(const QImage& mean)
 {
+    std::unique_ptr<unsigned char[]> averages = std::move(m_averages);
+    const size_t previousSize = size_t(m_width) * m_height;
     clear();
     if (mean.isNull() || mean.depth() != 8)
         return false;
@@ -26,27 +41,51 @@ bool DeviationStatistics::compute(const QImage& mean)
     const size_t size = size_t(width) * height;
     if (size_t(mean.sizeInBytes()) < size)
         return false;
-    std::unique_ptr<unsigned char[]> averages(new (std::nothrow) unsigned char[size]);
-    if (!averages || !computeLocalAverages(mean.constBits(), width, height, averages.get()))
-        return false;
+    // A new mean of the same size (the usual case) reuses the buffer instead
+    // of touching fresh pages.
+    if (!averages || previousSize != size)
+        averages.reset(new (std::nothrow) unsigned char[size]);
     std::vector<uint32_t> counts;
     try {
         counts.assign(size_t(256) * kDeviationBins, 0);
     } catch (const std::bad_alloc&) {
         return false;
     }
+    if (!averages)
+        return false;
 
+    // Each row is counted right after its averages are written, while both are
+    // still in the cache: one pass over the image instead of two.
     const unsigned char* values = mean.constBits();
+    unsigned char* out = averages.get();
     QMutex merge;
+    std::atomic<bool> complete{true};
     forEachRowBand(height, width, kMinPixelsPerBand, [&](uint32_t firstRow, uint32_t endRow) {
-        std::vector<uint32_t> band(counts.size(), 0);
-        const size_t end = size_t(endRow) * width;
-        for (size_t i = size_t(firstRow) * width; i < end; ++i)
-            ++band[size_t(averages[i]) * kDeviationBins + values[i] - averages[i] + kMaxDeviation];
+        ValueCounts band;
+        try {
+            band.assign(size_t(256) * 256, 0);
+        } catch (const std::bad_alloc&) {
+            complete = false;
+            return;
+        }
+        const std::function<void(uint32_t)> countAverages = [&](uint32_t y) {
+            const size_t offset = size_t(y) * width;
+            countRow(values + offset, out + offset, width, band.data());
+        };
+        if (!computeLocalAverageRows(values, width, height, firstRow, endRow, out, countAverages)) {
+            complete = false;
+            return;
+        }
         QMutexLocker lock(&merge);
-        for (size_t k = 0; k < band.size(); ++k)
-            counts[k] += band[k];
+        for (size_t m = 0; m < 256; ++m) {
+            // v = m + d: row m of the value counts lands at deviation -m ... 255 - m.
+            uint32_t* row = &counts[m * kDeviationBins + kMaxDeviation - m];
+            for (size_t v = 0; v < 256; ++v)
+                row[v] += band[m * 256 + v];
+        }
     });
+    if (!complete)
+        return false;
 
     m_width = width;
     m_height = height;

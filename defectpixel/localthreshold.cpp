@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <new>
 
@@ -141,7 +142,8 @@ struct ThresholdRun {
     unsigned char* averages = nullptr; // when set, the local averages are written instead of the mask
 };
 
-void writeAverages(const uint16_t* columnSums, WindowDivider divider, uint32_t width, unsigned char* out)
+DPC_VECTOR_CLONES void writeAverages(const uint16_t* columnSums, WindowDivider divider, uint32_t width,
+                                     unsigned char* out)
 {
     for (uint32_t x = 0; x < width; ++x)
         out[x] = uint8_t(divider.divide(columnSums[x]));
@@ -231,7 +233,9 @@ DPC_VECTOR_CLONES void moveColumnWindow(uint16_t* sums, const unsigned char* ent
 
 // Row averages of rows y - 10 ... y + 10 summed per column in a running sum,
 // so the image is walked row by row; each band of rows keeps its own window.
-bool thresholdBand(const ThresholdRun& run, uint32_t firstRow, uint32_t endRow)
+// rowDone, when set, sees each row of averages while it is still in the cache.
+bool thresholdBand(const ThresholdRun& run, uint32_t firstRow, uint32_t endRow,
+                   const std::function<void(uint32_t)>* rowDone = nullptr)
 {
     const uint32_t width = run.width;
     const uint32_t height = run.height;
@@ -268,6 +272,8 @@ bool thresholdBand(const ThresholdRun& run, uint32_t firstRow, uint32_t endRow)
         const uint32_t bottom = std::min(height - 1, y + kRadius);
         if (run.averages) {
             writeAverages(sums, dividers.bySize[bottom - top + 1], width, run.averages + size_t(y) * width);
+            if (rowDone)
+                (*rowDone)(y);
             continue;
         }
         testRow(run.mean + size_t(y) * width, sums, dividers.bySize[bottom - top + 1], run,
@@ -302,6 +308,15 @@ bool computeLocalAverages(const unsigned char* image, uint32_t width, uint32_t h
             complete = false;
     });
     return complete;
+}
+
+bool computeLocalAverageRows(const unsigned char* image, uint32_t width, uint32_t height, uint32_t firstRow,
+                             uint32_t endRow, unsigned char* averages, const std::function<void(uint32_t)>& rowDone)
+{
+    const Margins unused = absoluteMargins(0);
+    ThresholdRun run{image, nullptr, width, height, &unused};
+    run.averages = averages;
+    return thresholdBand(run, firstRow, std::min(endRow, height), rowDone ? &rowDone : nullptr);
 }
 
 void defectMargins(bool absolute, int32_t threshold, int16_t margins[256])

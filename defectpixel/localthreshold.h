@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 // Fills mask (width * height bytes) from an 8-bit image of the same contiguous
 // size: 255 where a pixel v leaves the margin t around the 21 x 21 average m of
@@ -14,6 +15,12 @@ bool computeDefectMask(const unsigned char* image, uint32_t width, uint32_t heig
 // Writes the 21 x 21 local average the mask is tested against, per pixel, with
 // the same clipping and truncation. False when scratch memory is short.
 bool computeLocalAverages(const unsigned char* image, uint32_t width, uint32_t height, unsigned char* averages);
+
+// The same averages for rows firstRow ... endRow - 1 only (into the rows of the
+// whole-image buffer averages), calling rowDone(y) as soon as row y is written.
+// Disjoint row ranges may run on different threads.
+bool computeLocalAverageRows(const unsigned char* image, uint32_t width, uint32_t height, uint32_t firstRow,
+                             uint32_t endRow, unsigned char* averages, const std::function<void(uint32_t)>& rowDone);
 
 // The margin of the test per local average (index 0 ... 255), clipped to -1
 // (every pixel flagged) ... 255 (none): a pixel v with average m is flagged
