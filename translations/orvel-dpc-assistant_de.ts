@@ -206,19 +206,21 @@
     <name>BatchCommandLine</name>
     <message>
         <source>Generates the defect pixel map of many cameras at once, as the assistant does for one:
-reads each camera's dark and bright bitmap series from folders, builds the map with the
-assistant's thresholds and correction codes, optionally saves it, uploads it into a map
-slot and reads the slot back to verify it. One worker per camera; a failing camera does
-not stop the others. Writes a JSON report of the run and one line per camera.
+reads each camera's dark and bright bitmap series from folders or captures them from
+the camera, builds the map with the assistant's thresholds and correction codes,
+optionally saves it, uploads it into a map slot and reads the slot back to verify it.
+One worker per camera; a failing camera does not stop the others.
+Writes a JSON report of the run and one line per camera.
 Exit status: 0 when every camera succeeded, 1 when one failed, 2 for a wrong command line.
 Paths may contain {serial}, {model} and {id} (the camera's plain ID).
 Cameras come from the camera SDK: ZEB_SIM_CAMERAS names simulated cameras,
 ZEB_GEV_ADDRESSES limits GigE Vision discovery to the given addresses.</source>
         <translation>Erzeugt die Defektpixelkarte vieler Kameras auf einmal, wie der Assistent für eine:
-liest die dunklen und hellen Bitmap-Serien jeder Kamera aus Ordnern, erzeugt die Karte mit den
-Schwellwerten und Korrekturcodes des Assistenten, speichert sie auf Wunsch, lädt sie in einen
-Kartenplatz und liest den Platz zur Prüfung zurück. Ein Arbeiter je Kamera; eine fehlerhafte
-Kamera hält die anderen nicht auf. Schreibt einen JSON-Bericht des Laufs und eine Zeile je Kamera.
+liest die dunklen und hellen Bitmap-Serien jeder Kamera aus Ordnern oder nimmt sie mit
+der Kamera auf, erzeugt die Karte mit den Schwellwerten und Korrekturcodes des Assistenten,
+speichert sie auf Wunsch, lädt sie in einen Kartenplatz und liest den Platz zur Prüfung zurück.
+Ein Arbeiter je Kamera; eine fehlerhafte Kamera hält die anderen nicht auf.
+Schreibt einen JSON-Bericht des Laufs und eine Zeile je Kamera.
 Exit-Status: 0, wenn jede Kamera gelang, 1, wenn eine fehlschlug, 2 bei falscher Befehlszeile.
 Pfade dürfen {serial}, {model} und {id} (die einfache ID der Kamera) enthalten.
 Kameras kommen vom Kamera-SDK: ZEB_SIM_CAMERAS nennt simulierte Kameras,
@@ -337,8 +339,16 @@ ZEB_GEV_ADDRESSES beschränkt die GigE-Vision-Suche auf die angegebenen Adressen
         <translation>Wählen Sie Kameras mit --camera, --model oder --all (siehe --help).</translation>
     </message>
     <message>
-        <source>Give the folders of the series with --dark and/or --bright (see --help).</source>
-        <translation>Geben Sie die Ordner der Serien mit --dark und/oder --bright an (siehe --help).</translation>
+        <source>Give the folders of the series with --dark and/or --bright, or --capture (see --help).</source>
+        <translation>Geben Sie die Ordner der Serien mit --dark und/oder --bright an, oder --capture (siehe --help).</translation>
+    </message>
+    <message>
+        <source>Captures the series from each camera instead of reading bitmaps, as the assistant's capture does: 16 frames each at the camera's exposure time and gain, dark with the lens covered, bright under uniform light at about half of full scale (a simulated camera gets no light, then half light).</source>
+        <translation>Nimmt die Serien mit jeder Kamera auf, statt Bitmaps zu lesen, wie die Aufnahme des Assistenten: je 16 Bilder mit Belichtungszeit und Verstärkung der Kamera, dunkel mit abgedecktem Objektiv, hell unter gleichmäßigem Licht bei etwa halbem Vollausschlag (eine simulierte Kamera erhält kein Licht, dann halbes Licht).</translation>
+    </message>
+    <message>
+        <source>--capture takes the series from the cameras: leave out --dark and --bright.</source>
+        <translation>--capture nimmt die Serien mit den Kameras auf: lassen Sie --dark und --bright weg.</translation>
     </message>
 </context>
 <context>
@@ -482,6 +492,22 @@ ZEB_GEV_ADDRESSES beschränkt die GigE-Vision-Suche auf die angegebenen Adressen
     <message>
         <source>The slot '%1' holds %2 entries, %3 expected; they first differ at entry %4.</source>
         <translation>Der Platz '%1' enthält %2 Einträge, erwartet %3; sie unterscheiden sich zuerst bei Eintrag %4.</translation>
+    </message>
+    <message>
+        <source>capturing %1 %2/%3</source>
+        <translation>Aufnahme %1 %2/%3</translation>
+    </message>
+    <message>
+        <source>Captured %1 frame %2 was refused by the series.</source>
+        <translation>Aufgenommenes %1 Bild %2 wurde von der Serie abgelehnt.</translation>
+    </message>
+    <message>
+        <source>Capture of the %1 series: %2</source>
+        <translation>Aufnahme der Serie %1: %2</translation>
+    </message>
+    <message>
+        <source>capturing</source>
+        <translation>Aufnahme</translation>
     </message>
 </context>
 <context>

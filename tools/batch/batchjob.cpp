@@ -1,12 +1,16 @@
 #include "batchjob.h"
 
 #include "CameraInfoMap.h"
+#include "capturedimage.h"
 #include "defectclassification.h"
 #include "defectmapcontainer.h"
 #include "defectmapgenerator.h"
 #include "defectmaptext.h"
+#include "framecapture.h"
+#include "imagefilequeue.h"
 #include "imageseries.h"
 #include "mapformat.h"
+#include "sim/simcontrol.h"
 #include "uxcamera.h"
 
 #include <QDir>
@@ -60,7 +64,10 @@ QJsonObject BatchCameraResult::toJson() const
                        {"brightFolder", brightDir},
                        {"darkImages", toArray(darkFiles)},
                        {"brightImages", toArray(brightFiles)},
-                       {"brightIgnored", brightIgnored}};
+                       {"brightIgnored", brightIgnored},
+                       {"captured", captured},
+                       {"darkFrames", darkFrames},
+                       {"brightFrames", brightFrames}};
     QJsonObject thresholds{{"absolute", absoluteThreshold}, {"relative", relativeThreshold}};
     QJsonObject camera{{"registerMode", profile.registerMode},
                        {"revision", profile.revision},
@@ -144,8 +151,12 @@ BatchCameraResult BatchJob::run(const Progress& progress)
         }
         if (!m_result.profileRead)
             m_result.errors << error;
-        else if (prepareSeries() && generate() && save())
-            uploadAndVerify(*access);
+        else {
+            m_camera = camera.get();
+            if (prepareSeries() && generate() && save())
+                uploadAndVerify(*access);
+            m_camera = nullptr;
+        }
         access.reset();
         camera.reset();
         m_context.closeCamera(id);
@@ -163,6 +174,12 @@ bool BatchJob::prepareSeries()
 {
     StepTimer timer(m_result.durations, "series");
     m_progress(tr("checking the series"), false);
+    if (m_context.options->capture) {
+        m_result.captured = true;
+        if (m_result.profile.isColor)
+            m_result.notes << tr("Colour camera: the bright series is not used.");
+        return true;
+    }
     // A folder, or a folder and a file name pattern such as dark_*.bmp.
     auto listFolder = [this](const QString& path, QStringList& files) {
         const QFileInfo given(path);
@@ -201,6 +218,47 @@ bool BatchJob::prepareSeries()
     return ok;
 }
 
+// The assistant's capture: its frame count, the camera's own exposure time and
+// gain, each frame into the series as an added bitmap would go.
+bool BatchJob::captureSeries(ImageGeometry& geometry, DefectPixelParams& dark, DefectPixelParams& bright,
+                             QImage& darkMean, QImage& brightMean)
+{
+    StepTimer timer(m_result.durations, "capture");
+    const BatchOptions& options = *m_context.options;
+    const std::string serial = m_result.info.value(kSerial).toString().toStdString();
+    FrameCapture capture(m_camera->GetCameraPtr());
+    auto take = [&](int kind, double light, DefectPixelParams& params, QImage& mean, int& frames) {
+        const QString series = kind == DarkSeries ? tr("dark") : tr("bright");
+        // Only a simulated camera has a light to set; a real one is lit by the user.
+        ZebCPP::SimControl::SetIllumination(serial, light);
+        FrameCaptureSettings settings;
+        settings.frames = options.frames;
+        SeriesChange refused = SeriesChange::Accepted;
+        const CaptureOutcome outcome = capture.run(settings, [&](const CapturedFrame& frame, int index) {
+            m_progress(tr("capturing %1 %2/%3").arg(series).arg(index + 1).arg(settings.frames), true);
+            const QImage image = imageOfFrame(frame.pixels.data(), frame.width, frame.height);
+            refused = addImageToSeries(image, kind, geometry, params, mean);
+            frames += refused == SeriesChange::Accepted ? 1 : 0;
+            return refused == SeriesChange::Accepted;
+        });
+        if (refused != SeriesChange::Accepted) {
+            m_result.errors << tr("Captured %1 frame %2 was refused by the series.").arg(series).arg(frames + 1);
+            return false;
+        }
+        if (outcome.end != CaptureEnd::Completed) {
+            m_result.errors << tr("Capture of the %1 series: %2").arg(series, outcome.message);
+            return false;
+        }
+        return true;
+    };
+    m_progress(tr("capturing"), false);
+    const bool ok = take(DarkSeries, 0, dark, darkMean, m_result.darkFrames)
+                    && (m_result.profile.isColor
+                        || take(BrightSeries, options.brightLight, bright, brightMean, m_result.brightFrames));
+    ZebCPP::SimControl::SetIllumination(serial, 0);
+    return ok;
+}
+
 bool BatchJob::generate()
 {
     const BatchMapProfile& profile = m_result.profile;
@@ -218,14 +276,21 @@ bool BatchJob::generate()
     ImageGeometry geometry;
     QImage darkMean;
     QImage brightMean;
-    {
+    if (options.capture) {
+        if (!captureSeries(geometry, dark, bright, darkMean, brightMean))
+            return false;
+    } else {
         StepTimer timer(m_result.durations, "loading");
+        // One file ahead on a worker, across both series: the next bitmap is
+        // read while the current one is folded into its mean.
+        ImageFileQueue queue(m_result.darkFiles + m_result.brightFiles);
         auto load = [&](const QStringList& files, int kind, DefectPixelParams& params, QImage& mean) {
             for (int i = 0; i < files.size(); ++i) {
                 m_progress(tr("loading %1 %2/%3").arg(kind == DarkSeries ? tr("dark") : tr("bright")).arg(i + 1)
                                .arg(files.size()), true);
-                const QString& path = files[i];
-                switch (addImageToSeries(path, kind, geometry, params, mean)) {
+                const ImageFile file = queue.takeNext();
+                const QString& path = file.path;
+                switch (addImageToSeries(file.image, kind, geometry, params, mean)) {
                 case SeriesChange::Accepted:
                     continue;
                 case SeriesChange::NullImage:

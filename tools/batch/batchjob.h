@@ -3,8 +3,11 @@
 #include "CameraInfoMap.h"
 #include "batchmapslots.h"
 #include "batchoptions.h"
+#include "defectpixelparams.h"
+#include "imagegeometry.h"
 
 #include <QCoreApplication>
+#include <QImage>
 #include <QJsonObject>
 #include <QStringList>
 
@@ -23,6 +26,9 @@ struct BatchCameraResult {
     QStringList darkFiles;            // images accepted into the series
     QStringList brightFiles;
     bool brightIgnored = false;       // colour camera: the bright series is not used
+    bool captured = false;            // the series were captured from the camera
+    int darkFrames = 0;               // captured frames accepted into each series
+    int brightFrames = 0;
     int absoluteThreshold = 0;
     int relativeThreshold = 0;
     BatchMapProfile profile;          // the camera's maps
@@ -74,6 +80,8 @@ public:
 
 private:
     bool prepareSeries();
+    bool captureSeries(ImageGeometry& geometry, DefectPixelParams& dark, DefectPixelParams& bright,
+                       QImage& darkMean, QImage& brightMean);
     bool generate();
     bool save();
     bool uploadAndVerify(BatchMapSlots& access);
@@ -81,6 +89,7 @@ private:
 
     const BatchJobContext& m_context;
     BatchCameraResult m_result;
+    UxCamera* m_camera = nullptr; // while the job has it open
     Progress m_progress;
     std::vector<t_defpix> m_map;
     unsigned int m_count = 0;

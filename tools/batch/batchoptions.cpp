@@ -17,10 +17,11 @@ bool BatchCommandLine::parse(const QStringList& arguments, BatchOptions& options
     QCommandLineParser parser;
     parser.setApplicationDescription(tr(
         "Generates the defect pixel map of many cameras at once, as the assistant does for one:\n"
-        "reads each camera's dark and bright bitmap series from folders, builds the map with the\n"
-        "assistant's thresholds and correction codes, optionally saves it, uploads it into a map\n"
-        "slot and reads the slot back to verify it. One worker per camera; a failing camera does\n"
-        "not stop the others. Writes a JSON report of the run and one line per camera.\n"
+        "reads each camera's dark and bright bitmap series from folders or captures them from\n"
+        "the camera, builds the map with the assistant's thresholds and correction codes,\n"
+        "optionally saves it, uploads it into a map slot and reads the slot back to verify it.\n"
+        "One worker per camera; a failing camera does not stop the others.\n"
+        "Writes a JSON report of the run and one line per camera.\n"
         "Exit status: 0 when every camera succeeded, 1 when one failed, 2 for a wrong command line.\n"
         "Paths may contain {serial}, {model} and {id} (the camera's plain ID).\n"
         "Cameras come from the camera SDK: ZEB_SIM_CAMERAS names simulated cameras,\n"
@@ -42,6 +43,11 @@ bool BatchCommandLine::parse(const QStringList& arguments, BatchOptions& options
                                     tr("The camera's bright bitmaps, given like --dark (monochrome cameras; colour "
                                        "cameras use the dark series only)."),
                                     tr("path"));
+    const QCommandLineOption capture("capture",
+                                     tr("Captures the series from each camera instead of reading bitmaps, as the "
+                                        "assistant's capture does: 16 frames each at the camera's exposure time and "
+                                        "gain, dark with the lens covered, bright under uniform light at about half "
+                                        "of full scale (a simulated camera gets no light, then half light)."));
     const QCommandLineOption absolute("absolute-threshold",
                                       tr("Grey-level margin of the dark test, at most 255 (default 16)."),
                                       tr("N"), QString::number(options.absoluteThreshold));
@@ -66,7 +72,7 @@ bool BatchCommandLine::parse(const QStringList& arguments, BatchOptions& options
                                                   "stay unchanged."));
     const QCommandLineOption noVerify("no-verify", tr("Does not read the slot back after the upload."));
     const QCommandLineOption quiet({"q", "quiet"}, tr("No progress display; the summary lines remain."));
-    parser.addOptions({help, list, camera, model, all, dark, bright, absolute, relative, slot, yes, save, report,
+    parser.addOptions({help, list, camera, model, all, dark, bright, capture, absolute, relative, slot, yes, save, report,
                        jobs, dryRun, noVerify, quiet});
 
     exitCode = 2;
@@ -89,6 +95,7 @@ bool BatchCommandLine::parse(const QStringList& arguments, BatchOptions& options
     options.all = parser.isSet(all);
     options.darkDir = parser.value(dark);
     options.brightDir = parser.value(bright);
+    options.capture = parser.isSet(capture);
     options.slot = parser.value(slot);
     options.confirmed = parser.isSet(yes);
     options.saveDir = parser.value(save);
@@ -123,8 +130,12 @@ bool BatchCommandLine::parse(const QStringList& arguments, BatchOptions& options
         message = tr("Select cameras with --camera, --model or --all (see --help).");
         return false;
     }
-    if (options.darkDir.isEmpty() && options.brightDir.isEmpty()) {
-        message = tr("Give the folders of the series with --dark and/or --bright (see --help).");
+    if (options.capture && (!options.darkDir.isEmpty() || !options.brightDir.isEmpty())) {
+        message = tr("--capture takes the series from the cameras: leave out --dark and --bright.");
+        return false;
+    }
+    if (!options.capture && options.darkDir.isEmpty() && options.brightDir.isEmpty()) {
+        message = tr("Give the folders of the series with --dark and/or --bright, or --capture (see --help).");
         return false;
     }
     return true;

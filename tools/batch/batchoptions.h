@@ -12,6 +12,9 @@ struct BatchOptions {
     bool all = false;                  // every compatible camera
     QString darkDir;                   // folder of the dark bitmaps; {serial}, {model}, {id} are filled in
     QString brightDir;                 // folder of the bright bitmaps, likewise
+    bool capture = false;              // capture the series from the cameras instead
+    int frames = 16;                   // frames per captured series, as the assistant's capture takes
+    double brightLight = 50;           // light a simulated camera gets for the bright series, percent
     int absoluteThreshold = 16;        // grey levels of the dark test
     int relativeThreshold = 12;        // percent of the bright test
     QString slot;                      // map slot to upload into; none: no upload
