@@ -144,7 +144,7 @@ bool UXCFrameCaptureControl::capture(const FrameCaptureSettings& settings)
         FrameCapture capture(camera);
         return capture.run(settings, [&](const CapturedFrame& frame, int index) {
             const QString path = folder.filePath(capturedImageName(serial, kind, start, index));
-            if (!imageOfFrame(frame.pixels.data(), frame.width, frame.height).save(path, "BMP"))
+            if (!writeFrameBitmap(path, frame.pixels.data(), frame.width, frame.height))
                 return false;
             QMetaObject::invokeMethod(this, [this, path, index] {
                 if (m_progress)

@@ -1,4 +1,5 @@
 #include "bitmapfile.h"
+#include "capturedimage.h"
 #include "imagefilequeue.h"
 #include "imageseries.h"
 
@@ -60,6 +61,7 @@ private slots:
     void straightReadAccumulatesAsImageReader_data();
     void straightReadAccumulatesAsImageReader();
     void queueKeepsOrderAndReasons();
+    void frameBitmapIsTheImageWritersFile();
 
 private:
     QString write(const QString& name, const QByteArray& bytes);
@@ -157,6 +159,28 @@ void TestBitmapFile::queueKeepsOrderAndReasons()
                                    "Not a readable bitmap.", "Size 21×10 differs from the series' 20×10.",
                                    "Bit depth 1 is not supported for this camera.", "Not a readable bitmap."}));
     QCOMPARE(series.params.count, 1u);
+}
+
+// The image writer's file byte for byte, its row padding set to zeros (it
+// otherwise writes whatever the image's line holds there).
+void TestBitmapFile::frameBitmapIsTheImageWritersFile()
+{
+    std::mt19937 random(16);
+    for (const QSize size : {QSize(8, 3), QSize(64, 17), QSize(5, 7), QSize(33, 2)}) {
+        std::vector<uint8_t> pixels(size_t(size.width()) * size.height());
+        for (uint8_t& pixel : pixels)
+            pixel = uint8_t(random());
+        const QString mine = m_dir.filePath("frame.bmp"), theirs = m_dir.filePath("image.bmp");
+        QVERIFY(writeFrameBitmap(mine, pixels.data(), size.width(), size.height()));
+        QImage image = imageOfFrame(pixels.data(), size.width(), size.height());
+        for (int y = 0; y < image.height(); ++y)
+            std::fill(image.scanLine(y) + image.width(), image.scanLine(y) + image.bytesPerLine(), uchar(0));
+        QVERIFY(image.save(theirs, "BMP"));
+        QFile a(mine), b(theirs);
+        QVERIFY(a.open(QIODevice::ReadOnly) && b.open(QIODevice::ReadOnly));
+        QCOMPARE(a.readAll(), b.readAll());
+    }
+    QVERIFY(!writeFrameBitmap(m_dir.filePath("none/frame.bmp"), nullptr, 8, 8));
 }
 
 QTEST_MAIN(TestBitmapFile)
