@@ -105,7 +105,6 @@ private slots:
     void largeCountsAndOtherWeights();
     void addingAndRemovingInAnyOrderRestoresMean();
     void removingLastOrFromEmptySeriesFreesBuffers();
-    void rgb32ContributesSinglePrecisionAverage();
     void meanSharingBytesWithImage();
     void sizeMismatchChangesNothing();
     void localThresholdMatchesDirectWindow_data();
@@ -264,18 +263,6 @@ void TestDefectPixelParams::removingLastOrFromEmptySeriesFreesBuffers()
     QCOMPARE(params.count, 0u);
     QCOMPARE(params.absoluteThreshold, 3);
     QCOMPARE(params.defectCount, 9u);
-}
-
-void TestDefectPixelParams::rgb32ContributesSinglePrecisionAverage()
-{
-    QImage image(4, 1, QImage::Format_RGB32);
-    const uint pixels[4] = {qRgb(0, 0, 0), qRgb(1, 1, 2), qRgb(255, 255, 254), qRgb(10, 20, 31)};
-    for (int x = 0; x < 4; ++x)
-        image.setPixel(x, 0, pixels[x]);
-    DefectPixelParams params;
-    QImage mean(4, 1, QImage::Format_Grayscale8);
-    QVERIFY(params.update(mean, image, 1));
-    QCOMPARE(bytesOf(mean.constBits(), 4), QByteArray("\x00\x01\xfe\x14", 4));
 }
 
 void TestDefectPixelParams::meanSharingBytesWithImage()

@@ -50,7 +50,6 @@ private slots:
     void groupsByTransportLayerAndInterface();
     void removalPrunesEmptyBranches();
     void onlyCamerasWithFullAccessAreEnabled();
-    void headerSkipsTheTreeColumn();
 
 private:
     std::unique_ptr<CameraTreeModel> m_model;
@@ -147,15 +146,6 @@ void TestCameraTreeModel::onlyCamerasWithFullAccessAreEnabled()
     QCOMPARE(m_model->flags(held), Qt::ItemIsSelectable | Qt::ItemIsEnabled);
     m_model->OnCameraAccessChanged(CameraInfoMap{{Key::ExtendedId, "GigE::7"}, {Key::FullAccess, true}});
     QCOMPARE(changed.count(), 1);
-}
-
-void TestCameraTreeModel::headerSkipsTheTreeColumn()
-{
-    QVERIFY(!m_model->headerData(0, Qt::Horizontal).isValid());
-    QCOMPARE(m_model->headerData(1, Qt::Horizontal).toString(), QString(Key::CameraName));
-    QCOMPARE(m_model->headerData(7, Qt::Horizontal).toString(), QString(Key::TlPath));
-    QVERIFY(!m_model->headerData(8, Qt::Horizontal).isValid());
-    QVERIFY(!m_model->headerData(1, Qt::Vertical).isValid());
 }
 
 QTEST_GUILESS_MAIN(TestCameraTreeModel)

@@ -4,7 +4,6 @@
 #include "zebtestsupport.h"
 
 #include <algorithm>
-#include <atomic>
 #include <condition_variable>
 #include <mutex>
 #include <thread>
@@ -240,7 +239,6 @@ private slots:
     void nthOperationFailsWithItsCode_data();
     void nthOperationFailsWithItsCode();
     void cameraVanishesDuringMemoryWrite();
-    void twoThreadsShareOneCamera();
 };
 
 void TestZebSdk::callsBeforeStartupAreRefused()
@@ -848,44 +846,6 @@ void TestZebSdk::cameraVanishesDuringMemoryWrite()
     SimControl::GetStoredMap(ZebTest::kRegister, 1, stored);
     QVERIFY(stored.empty());
     QCOMPARE(camera->Close(), ZebErrorBadHandle);
-}
-
-void TestZebSdk::twoThreadsShareOneCamera()
-{
-    CameraPtr camera = ZebTest::openCamera(ZebTest::kMonoFile);
-    std::atomic<int> failures{0};
-    std::thread writer([&] {
-        FeaturePtr select = ZebTest::feature(camera, "DefectPixelCorrection_MapSelect");
-        FeaturePtr index = ZebTest::feature(camera, "DefectPixelCorrection_MapIndex");
-        FeaturePtr x = ZebTest::feature(camera, "DefectPixelCorrection_X");
-        for (int i = 0; i < 200; ++i) {
-            if (select->SetValue(i % 2 ? "DefPixMap1" : "DefPixMap2") != ZebErrorSuccess
-                || index->SetValue(int64_t(0)) != ZebErrorSuccess || x->SetValue(int64_t(i)) != ZebErrorSuccess)
-                ++failures;
-        }
-    });
-    std::thread reader([&] {
-        for (int i = 0; i < 20; ++i) {
-            FramePtr frame;
-            if (camera->AcquireSingleImage(frame, 1000) != ZebErrorSuccess)
-                ++failures;
-            std::vector<CameraPtr> cameras;
-            if (ZebSystem::GetInstance().GetCameras(cameras) != ZebErrorSuccess || cameras.size() != 5)
-                ++failures;
-            int64_t size = 0;
-            if (ZebTest::feature(camera, "DefectPixelCorrection_MapSize")->GetValue(size) != ZebErrorSuccess)
-                ++failures;
-        }
-    });
-    writer.join();
-    reader.join();
-    QCOMPARE(failures.load(), 0);
-    std::vector<SimControl::SimMapEntry> one, two;
-    SimControl::GetStoredMap(ZebTest::kMonoFile, 1, one);
-    SimControl::GetStoredMap(ZebTest::kMonoFile, 2, two);
-    QCOMPARE(one.size(), size_t(1));
-    QCOMPARE(one[0].x, 199u);
-    QCOMPARE(two[0].x, 198u);
 }
 
 QTEST_GUILESS_MAIN(TestZebSdk)
