@@ -2,6 +2,7 @@
 # Installs the Debian packages the build, the tests and the assistant need.
 # Idempotent: prints nothing and touches nothing when all of them are present.
 #   --arm64    the cross compiler, the :arm64 libraries and qemu-user for the arm64 build
+#              (installs only; test-arm64.sh runs the emulated suites under unshare --pid)
 #   --package  the tools that build and check the .deb packages
 set -euo pipefail
 

@@ -2,7 +2,8 @@
 # Builds the Debian packages for amd64 and arm64 into build/packages, checks them
 # with lintian and starts the installed amd64 assistant with the simulated
 # cameras on a virtual display. The arm64 package reuses the cross build of
-# scripts/test-arm64.sh (build/arm64).
+# scripts/test-arm64.sh (build/arm64); nothing here runs emulated (test-arm64.sh
+# does that under unshare --pid).
 #   --amd64-only   skips the arm64 package
 #   --install      installs the amd64 package into the system (CI) instead of a scratch root
 set -euo pipefail
