@@ -1,10 +1,10 @@
 #include "apptranslations.h"
 #include "mainwindow.h"
+#include "panelfixture.h"
 #include "uxdefectpixelcorrection.h"
 
 #include <QApplication>
 #include <QDialogButtonBox>
-#include <QDir>
 #include <QDockWidget>
 #include <QMenuBar>
 #include <QPushButton>
@@ -66,11 +66,7 @@ void TestGermanWindow::windowInGerman()
     cameras->setCurrentIndex(mono.first());
     QTest::mouseClick(open, Qt::LeftButton);
     QTRY_VERIFY_WITH_TIMEOUT(window.Assistant()->isEnabled() && !QApplication::overrideCursor(), 30000);
-    const QImage image = window.grab().toImage();
-    QVERIFY(QDir().mkpath(QStringLiteral(DPC_ARTIFACT_DIR)));
-    const QString path = QStringLiteral(DPC_ARTIFACT_DIR "/mainwindow-german.png");
-    QVERIFY(image.save(path));
-    qInfo("German window rendered to %s", qPrintable(path));
+    QVERIFY(PanelFixture::saveShot(&window, DPC_ARTIFACT_DIR "/mainwindow-german.png"));
 }
 
 QTEST_MAIN(TestGermanWindow)

@@ -1,12 +1,14 @@
 #include "panelfixture.h"
 
 #include "ApiController.h"
+#include "defectmapcontainer.h"
 #include "uxcamera.h"
 #include "uxcamerafeature.h"
 #include "uxcameramanager.h"
 #include "uxdefectpixelcorrection.h"
 
 #include <ZebCPP.h>
+#include <sim/simcontrol.h>
 
 #include <QDir>
 #include <QApplication>
@@ -30,7 +32,7 @@ QString takeFirst(QStringList& answers)
 QStringList RecordingDialogs::getOpenFileNames(QWidget*, const QString& caption, const QString& dir,
                                                const QString& filter)
 {
-    calls.append({"open files", caption, filter, dir, QString(), false});
+    calls.append({"open files", caption, filter, dir});
     QStringList answer;
     answer.swap(openFileNames);
     return answer;
@@ -39,35 +41,35 @@ QStringList RecordingDialogs::getOpenFileNames(QWidget*, const QString& caption,
 QString RecordingDialogs::getOpenFileName(QWidget*, const QString& caption, const QString& dir,
                                           const QString& filter)
 {
-    calls.append({"open file", caption, filter, dir, QString(), false});
+    calls.append({"open file", caption, filter, dir});
     return takeFirst(openFileName);
 }
 
 QString RecordingDialogs::getSaveFileName(QWidget*, const QString& caption, const QString& dir,
                                           const QString& filter)
 {
-    calls.append({"save file", caption, filter, dir, QString(), false});
+    calls.append({"save file", caption, filter, dir});
     return takeFirst(saveFileName);
 }
 
 QMessageBox::StandardButton RecordingDialogs::information(QWidget*, const QString& title, const QString& text,
                                                           QMessageBox::StandardButtons)
 {
-    calls.append({"information", title, text, QString(), QString(), false});
+    calls.append({"information", title, text});
     return QMessageBox::Ok;
 }
 
 QMessageBox::StandardButton RecordingDialogs::critical(QWidget*, const QString& title, const QString& text,
                                                        QMessageBox::StandardButtons)
 {
-    calls.append({"critical", title, text, QString(), QString(), false});
+    calls.append({"critical", title, text});
     return QMessageBox::Ok;
 }
 
 QMessageBox::StandardButton RecordingDialogs::question(QWidget*, const QString& title, const QString& text,
                                                        QMessageBox::StandardButtons)
 {
-    calls.append({"question", title, text, QString(), QString(), false});
+    calls.append({"question", title, text});
     return answer;
 }
 
@@ -99,6 +101,11 @@ const RecordingDialogs::Call* RecordingDialogs::last(const QString& kind) const
             return &*it;
     }
     return nullptr;
+}
+
+int RecordingDialogs::count(const QString& kind) const
+{
+    return int(std::count_if(calls.cbegin(), calls.cend(), [&](const Call& call) { return call.kind == kind; }));
 }
 
 Session::Session() = default;
@@ -143,6 +150,88 @@ UxCamera* Session::open(const QString& serial)
 bool Session::close(const QString& serial)
 {
     return m_manager && m_manager->Close(extendedId(serial));
+}
+
+Rig::Rig(Session& session) : session(session), log(&panel, &UXCDefectPixelCorrection::sendLogMessage)
+{
+    panel.setDialogs(&dialogs);
+}
+
+Rig::~Rig()
+{
+    release();
+}
+
+bool Rig::bind(const QString& camera)
+{
+    serial = camera;
+    return panel.Init(session.open(serial));
+}
+
+bool Rig::release()
+{
+    panel.Reset();
+    const QString closed = serial;
+    serial.clear();
+    return closed.isEmpty() || session.close(closed);
+}
+
+QStringList Rig::logLines() const
+{
+    return PanelFixture::logLines(log);
+}
+
+std::vector<t_defpix> storedMap(const char* serial, uint32_t slot)
+{
+    std::vector<ZebCPP::SimControl::SimMapEntry> entries;
+    ZebCPP::SimControl::GetStoredMap(serial, slot, entries);
+    std::vector<t_defpix> map;
+    for (const ZebCPP::SimControl::SimMapEntry& e : entries)
+        map.push_back({e.x, e.y, e.type});
+    return map;
+}
+
+QByteArray deviceFile(const char* serial, const char* name)
+{
+    std::vector<uint8_t> content;
+    ZebCPP::SimControl::GetDeviceFile(serial, name, content);
+    return QByteArray(reinterpret_cast<const char*>(content.data()), int(content.size()));
+}
+
+std::vector<t_defpix> rowMap(unsigned int count, unsigned int width)
+{
+    std::vector<t_defpix> map(count);
+    for (unsigned int i = 0; i < count; ++i)
+        map[i] = {i % width, i / width, 0};
+    return map;
+}
+
+QByteArray containerBytes(const std::vector<t_defpix>& map, unsigned int width, unsigned int pixelCount,
+                          unsigned int revision, unsigned int chunkId)
+{
+    const std::vector<unsigned char> bytes =
+        buildDefPixContainerBuffer(revision, chunkId, map.size(), map.data(), width, pixelCount);
+    return QByteArray(reinterpret_cast<const char*>(bytes.data()), int(bytes.size()));
+}
+
+QByteArray readFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool writeFile(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(bytes) == bytes.size();
+}
+
+bool saveShot(QWidget* widget, const QString& path)
+{
+    if (!QDir().mkpath(QFileInfo(path).path()) || !widget->grab().save(path))
+        return false;
+    qInfo("Rendered to %s", qPrintable(path));
+    return true;
 }
 
 QStringList captureSeries(UxCamera* camera, const QString& dir, const QString& prefix, int count, bool bright)
@@ -199,6 +288,11 @@ void activateSlot(UXCDefectPixelCorrection& panel, int index)
     auto* selector = panel.findChild<QComboBox*>(QStringLiteral("cmbDefectPixelMapSelector"));
     selector->setCurrentIndex(index);
     emit selector->activated(index);
+}
+
+void activateSlot(UXCDefectPixelCorrection& panel, const QString& name)
+{
+    activateSlot(panel, panel.findChild<QComboBox*>(QStringLiteral("cmbDefectPixelMapSelector"))->findText(name));
 }
 
 } // namespace PanelFixture

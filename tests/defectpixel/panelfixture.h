@@ -5,6 +5,7 @@
 // series taken from a camera's sensor and the panel's log lines.
 
 #include "logtype.h"
+#include "uxdefectpixelcorrection.h"
 #include "uxdialogs.h"
 
 #include <QSignalSpy>
@@ -15,7 +16,6 @@
 #include <memory>
 
 class ApiController;
-class UXCDefectPixelCorrection;
 class UxCamera;
 class UxCameraManager;
 class QPushButton;
@@ -55,6 +55,7 @@ public:
     // "kind|title|text" of every message box so far.
     QStringList messages() const;
     const Call* last(const QString& kind) const;
+    int count(const QString& kind) const;
 
     QStringList openFileNames;  // next answer of getOpenFileNames, used once
     QStringList openFileName;   // answers of getOpenFileName, first first
@@ -80,9 +81,42 @@ private:
     std::unique_ptr<UxCameraManager> m_manager;
 };
 
+// The panel bound to a camera of the session, its dialogs answered by the test
+// and its log lines kept. Releases the camera when it goes.
+struct Rig {
+    explicit Rig(Session& session);
+    ~Rig();
+    // Opens the camera by serial number and binds the panel to it.
+    bool bind(const QString& serial);
+    // Resets the panel and closes the camera it was bound to.
+    bool release();
+    QStringList logLines() const;
+
+    Session& session;
+    QString serial;
+    RecordingDialogs dialogs;
+    UXCDefectPixelCorrection panel;
+    QSignalSpy log;
+};
+
 // Writes count frames of the camera as 8-bit bitmaps dir/<prefix><i>.bmp, dark
 // (no light) or bright (full light). Empty list on failure.
 QStringList captureSeries(UxCamera* camera, const QString& dir, const QString& prefix, int count, bool bright);
+
+// What the simulated camera holds in a map slot, and the content of one of its files.
+std::vector<t_defpix> storedMap(const char* serial, uint32_t slot);
+QByteArray deviceFile(const char* serial, const char* name);
+
+// count entries filling the rows of a sensor width pixels wide, type 0.
+std::vector<t_defpix> rowMap(unsigned int count, unsigned int width);
+// The map as the bytes of a container file.
+QByteArray containerBytes(const std::vector<t_defpix>& map, unsigned int width, unsigned int pixelCount,
+                          unsigned int revision = 3, unsigned int chunkId = 4096);
+
+QByteArray readFile(const QString& path);
+bool writeFile(const QString& path, const QByteArray& bytes);
+// Saves a picture of the widget for a person to judge.
+bool saveShot(QWidget* widget, const QString& path);
 
 // "type|message" of each log line the spy saw.
 QStringList logLines(const QSignalSpy& spy);
@@ -90,7 +124,17 @@ QStringList logLines(const QSignalSpy& spy);
 // Clicks a button of the panel's form by object name.
 void click(UXCDefectPixelCorrection& panel, const char* button);
 QPushButton* button(UXCDefectPixelCorrection& panel, const char* name);
-// Chooses a map slot in the selector as the user does.
+// Chooses a map slot in the selector as the user does, by index or by name.
 void activateSlot(UXCDefectPixelCorrection& panel, int index);
+void activateSlot(UXCDefectPixelCorrection& panel, const QString& name);
+
+} // namespace PanelFixture
+
+inline bool operator==(const t_defpix& a, const t_defpix& b)
+{
+    return a.x == b.x && a.y == b.y && a.type == b.type;
+}
+
+namespace PanelFixture {
 
 } // namespace PanelFixture

@@ -1,5 +1,4 @@
 #include "ApiController.h"
-#include "defectmapcontainer.h"
 #include "fakegvcamera.h"
 #include "panelfixture.h"
 #include "uxcamera.h"
@@ -96,17 +95,9 @@ void TestAravisSoak::killedCameraEndsTheTransferAndComesBack()
     RecordingDialogs dialogs;
     panel.setDialogs(&dialogs);
     const QString upload = m_dir.filePath("upload.bin");
-    QFile file(upload);
-    QVERIFY(file.open(QIODevice::WriteOnly));
     // A map the panel lets through to the camera: entries inside a small corner of the sensor.
-    std::vector<t_defpix> entries(kFileEntries);
-    for (unsigned int i = 0; i < kFileEntries; ++i)
-        entries[i] = {i % 100, i / 100, 0};
-    const std::vector<unsigned char> container =
-        buildDefPixContainerBuffer(3, 4096, entries.size(), entries.data(), 100, 100 * 200);
-    const QByteArray content(reinterpret_cast<const char*>(container.data()), int(container.size()));
-    file.write(content);
-    file.close();
+    const QByteArray content = containerBytes(rowMap(kFileEntries, 100), 100, 100 * 200);
+    QVERIFY(writeFile(upload, content));
 
     // The GUI thread's longest pause, seen by a timer that should tick every 5 ms.
     QElapsedTimer sinceTick;

@@ -78,8 +78,6 @@ class TestDefectClassification : public QObject {
 
 private slots:
     void initTestCase();
-    void isolatedEntries_data();
-    void isolatedEntries();
     void noPatternsKeepTypes();
     void sameCodesAsDirectClassification_data();
     void sameCodesAsDirectClassification();
@@ -92,28 +90,6 @@ private:
 void TestDefectClassification::initTestCase()
 {
     QVERIFY(loadDefaultPatterns(m_home, m_defaults));
-}
-
-void TestDefectClassification::isolatedEntries_data()
-{
-    QTest::addColumn<quint32>("x");
-    QTest::addColumn<quint32>("y");
-    QTest::addColumn<quint32>("type");
-
-    QTest::newRow("middle") << 640u << 512u << 111u;
-    QTest::newRow("left edge") << 0u << 512u << 112u;
-    QTest::newRow("right edge") << 1279u << 512u << 112u;
-    QTest::newRow("top edge") << 640u << 0u << 111u;
-    QTest::newRow("beyond the sensor") << 5000u << 512u << 111u;
-}
-
-void TestDefectClassification::isolatedEntries()
-{
-    QFETCH(quint32, x);
-    QFETCH(quint32, y);
-    t_defpix map[] = {{x, y, 0}, {100, 100, 0}};
-    conv_defpix_map_990(map, 2, m_defaults);
-    QTEST(map[0].type, "type");
 }
 
 void TestDefectClassification::noPatternsKeepTypes()

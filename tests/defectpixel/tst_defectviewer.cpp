@@ -1,4 +1,3 @@
-#include "defectmapcontainer.h"
 #include "defectviewer.h"
 #include "defectviewerbinding.h"
 #include "panelfixture.h"
@@ -41,18 +40,7 @@ QString writeBitmap(const QString& dir, const QString& name, int level, const QV
 
 QString writeText(const QString& path, const QString& text)
 {
-    QFile file(path);
-    file.open(QIODevice::WriteOnly);
-    file.write(text.toUtf8());
-    return path;
-}
-
-void saveShot(QWidget* widget, const QString& name)
-{
-    QVERIFY(QDir().mkpath(QStringLiteral(DPC_ARTIFACT_DIR)));
-    const QString path = QStringLiteral(DPC_ARTIFACT_DIR "/") + name;
-    QVERIFY(widget->grab().save(path));
-    qInfo("Defect viewer rendered to %s", qPrintable(path));
+    return PanelFixture::writeFile(path, text.toUtf8()) ? path : QString();
 }
 
 } // namespace
@@ -71,7 +59,6 @@ void TestDefectViewer::viewerFollowsPanel()
     QTemporaryDir dir;
     UXCDefectPixelCorrection panel;
     DefectViewerBinding* binding = panel.viewerBinding();
-    QVERIFY(panel.findChild<QPushButton*>("btnOpenDefectViewer"));
 
     // Before any image: the empty state.
     binding->open(DefectViewer::Dark);
@@ -112,7 +99,7 @@ void TestDefectViewer::viewerFollowsPanel()
 
     // Selecting a row of the filtered table centres the view on the entry.
     viewer->resize(1280, 800);
-    saveShot(viewer, "defect-viewer-fit.png");
+    QVERIFY(PanelFixture::saveShot(viewer, DPC_ARTIFACT_DIR "/defect-viewer-fit.png"));
     viewer->entryFilter()->setSeries(FlaggedByBoth);
     QCOMPARE(viewer->entryFilter()->rowCount(), 1);
     viewer->entryTable()->selectRow(0);
@@ -127,10 +114,10 @@ void TestDefectViewer::viewerFollowsPanel()
     const QString readout = viewer->readout()->text();
     QVERIFY2(readout.contains("x 200, y 150: mean 120") && readout.contains("dark test and bright test"),
              qPrintable(readout));
-    saveShot(viewer, "defect-viewer-8x-cluster.png");
+    QVERIFY(PanelFixture::saveShot(viewer, DPC_ARTIFACT_DIR "/defect-viewer-8x-cluster.png"));
     panel.findChild<QLineEdit*>("txtAbsoluteThreshold")->setText("16");
     viewer->findChild<QTabWidget*>()->setCurrentIndex(1);
-    saveShot(viewer, "defect-viewer-histograms.png");
+    QVERIFY(PanelFixture::saveShot(viewer, DPC_ARTIFACT_DIR "/defect-viewer-histograms.png"));
 
     // A second map: two common entries, one of its own; a map for other images is refused.
     const QString second = writeText(dir.filePath("factory.txt"), QString("%1;%2;0\n%3;%4;0\n7;7;0\n")
@@ -141,13 +128,8 @@ void TestDefectViewer::viewerFollowsPanel()
     QVERIFY2(viewer->comparison()->text().contains(expected), qPrintable(viewer->comparison()->text()));
     QVERIFY(!viewer->loadOverlayFile(writeText(dir.filePath("big.txt"), "5;5;0\n400;10;0\n")));
     QVERIFY(viewer->message()->text().contains("400, 10"));
-    const t_defpix entry{1, 1, 0};
-    const std::vector<unsigned char> container = buildDefPixContainerBuffer(3, 4096, 1, &entry, 640, 640 * 480);
-    QFile bin(dir.filePath("other.bin"));
-    QVERIFY(bin.open(QIODevice::WriteOnly));
-    bin.write(reinterpret_cast<const char*>(container.data()), qint64(container.size()));
-    bin.close();
-    QVERIFY(!viewer->loadOverlayFile(bin.fileName()));
+    QVERIFY(PanelFixture::writeFile(dir.filePath("other.bin"), PanelFixture::containerBytes({{1, 1, 0}}, 640, 640 * 480)));
+    QVERIFY(!viewer->loadOverlayFile(dir.filePath("other.bin")));
     QVERIFY(viewer->comparison()->text().contains(expected)); // the accepted map stays
 
     // A reset of the panel empties the viewer.
@@ -164,12 +146,10 @@ void TestDefectViewer::downloadedSlotMapIsTheSecondOverlay()
     if (!session.start())
         QSKIP("the simulated cameras are not available");
     QTemporaryDir dir;
-    UXCDefectPixelCorrection panel;
-    RecordingDialogs dialogs;
-    panel.setDialogs(&dialogs);
-    UxCamera* camera = session.open(kRegisterMono);
-    QVERIFY(panel.Init(camera));
-    for (const QString& path : captureSeries(camera, dir.path(), "dark", 2, false))
+    Rig rig(session);
+    UXCDefectPixelCorrection& panel = rig.panel;
+    QVERIFY(rig.bind(kRegisterMono));
+    for (const QString& path : captureSeries(panel.camera(), dir.path(), "dark", 2, false))
         QVERIFY(panel.loadImagefromFile(path, 0));
     panel.enableButtons();
     click(panel, "btnGenerateMap");
@@ -179,11 +159,10 @@ void TestDefectViewer::downloadedSlotMapIsTheSecondOverlay()
 
     // The factory map, read back from the camera, lies over the freshly found defects.
     activateSlot(panel, 0);
-    dialogs.saveFileName = QStringList{dir.filePath("factory.txt")};
+    rig.dialogs.saveFileName = QStringList{dir.filePath("factory.txt")};
     click(panel, "btnDownloadMapToFile");
     QVERIFY2(viewer->comparison()->text().contains("common"), qPrintable(viewer->comparison()->text()));
-    panel.Reset();
-    QVERIFY(session.close(kRegisterMono));
+    QVERIFY(rig.release());
 }
 
 QTEST_MAIN(TestDefectViewer)

@@ -31,7 +31,6 @@ private slots:
     void refusedImagesChangeNothing();
     void firstImageSetsGeometryAndMean_data();
     void firstImageSetsGeometryAndMean();
-    void otherKindStoresGeometryOnly();
     void failedUpdateIsOutOfMemory();
     void removalUsesImageAsMeanWithoutDisplay();
     void removalIgnoresUnreadableOrForeignFiles();
@@ -112,18 +111,6 @@ void TestImageSeries::firstImageSetsGeometryAndMean()
     QCOMPARE(firstBytes(mean, 32), QByteArray(32, 41));
     QCOMPARE(removeImageFromSeries(indexed(8, 4, 42), kind, geometry, params, mean), SeriesChange::Accepted);
     QCOMPARE(firstBytes(mean, 32), QByteArray(32, 40));
-}
-
-void TestImageSeries::otherKindStoresGeometryOnly()
-{
-    ImageGeometry geometry;
-    DefectPixelParams params;
-    QImage mean;
-    QCOMPARE(addImageToSeries(indexed(8, 4, 1), 2, geometry, params, mean), SeriesChange::InvalidKind);
-    QCOMPARE(geometry.width, 8u);
-    QCOMPARE(geometry.pixelCount, 32u);
-    QVERIFY(mean.isNull());
-    QCOMPARE(params.count, 0u);
 }
 
 void TestImageSeries::failedUpdateIsOutOfMemory()

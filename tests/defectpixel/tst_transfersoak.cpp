@@ -6,7 +6,6 @@
 
 #include <sim/simcontrol.h>
 
-#include <QComboBox>
 #include <QPushButton>
 #include <QtTest>
 
@@ -70,64 +69,13 @@ std::vector<t_defpix> randomMap(std::mt19937& random, unsigned int maxCount)
     return map;
 }
 
-QByteArray containerOf(const std::vector<t_defpix>& map)
-{
-    const std::vector<unsigned char> bytes =
-        buildDefPixContainerBuffer(4, kDefPixTypedChunkId, map.size(), map.data(), 64, 64 * 64);
-    return QByteArray(reinterpret_cast<const char*>(bytes.data()), int(bytes.size()));
-}
-
-QByteArray readFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool writeFile(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(bytes) == bytes.size();
-}
-
 // A transfer has ended once its task is done and the panel took its buttons back.
 bool waitForTransfer(UXCDefectPixelCorrection& panel)
 {
     QElapsedTimer timer;
-    timer.start();
-    while (panel.isFileTaskRunning() || !button(panel, "btnUploadLocalMap")->isEnabled()) {
+    for (timer.start(); panel.isFileTaskRunning() || !button(panel, "btnUploadLocalMap")->isEnabled(); QTest::qWait(1))
         if (timer.elapsed() > 20000)
             return false;
-        QTest::qWait(1);
-    }
-    return true;
-}
-
-void selectSlot(UXCDefectPixelCorrection& panel, const QString& name)
-{
-    auto* selector = panel.findChild<QComboBox*>("cmbDefectPixelMapSelector");
-    const int index = selector->findText(name);
-    selector->setCurrentIndex(index);
-    emit selector->activated(index);
-}
-
-std::vector<t_defpix> storedEntries(const char* serial, uint32_t slot)
-{
-    std::vector<Sim::SimMapEntry> entries;
-    Sim::GetStoredMap(serial, slot, entries);
-    std::vector<t_defpix> map;
-    for (const Sim::SimMapEntry& e : entries)
-        map.push_back({e.x, e.y, e.type});
-    return map;
-}
-
-bool sameMap(const std::vector<t_defpix>& a, const t_defpix* b, unsigned int count)
-{
-    if (a.size() != count)
-        return false;
-    for (unsigned int i = 0; i < count; ++i) {
-        if (a[i].x != b[i].x || a[i].y != b[i].y || a[i].type != b[i].type)
-            return false;
-    }
     return true;
 }
 
@@ -148,7 +96,7 @@ private slots:
 
 private:
     // Opens the camera again after an unplug or a reset and binds the panel to it.
-    bool rebind(UXCDefectPixelCorrection& panel, const char* serial, bool replug);
+    bool rebind(Rig& rig, const char* serial, bool replug);
 
     Session m_session;
     QTemporaryDir m_dir;
@@ -170,50 +118,40 @@ void TestTransferSoak::cleanupTestCase()
     m_session.stop();
 }
 
-bool TestTransferSoak::rebind(UXCDefectPixelCorrection& panel, const char* serial, bool replug)
+bool TestTransferSoak::rebind(Rig& rig, const char* serial, bool replug)
 {
-    panel.Reset();
-    m_session.close(serial);
+    rig.release();
     if (replug && Sim::ReplugCamera(serial) != ZebCPP::ZebErrorSuccess)
         return false;
     // The camera list hears of the new camera on the SDK's thread.
-    UxCamera* camera = nullptr;
-    QElapsedTimer timer;
-    timer.start();
-    while (!(camera = m_session.open(serial)) && timer.elapsed() < 5000)
-        QTest::qWait(5);
-    return camera && panel.Init(camera);
+    return QTest::qWaitFor([&] { return rig.bind(serial); }, 5000);
 }
 
 void TestTransferSoak::fileAccessSlotsKeepOldOrNewMap()
 {
     std::mt19937 random(kSeed);
-    UXCDefectPixelCorrection panel;
-    RecordingDialogs dialogs;
-    panel.setDialogs(&dialogs);
-    QVERIFY(panel.Init(m_session.open(kFileCamera)));
+    Rig rig(m_session);
+    UXCDefectPixelCorrection& panel = rig.panel;
+    RecordingDialogs& dialogs = rig.dialogs;
+    QVERIFY(rig.bind(kFileCamera));
     const QString slotName = "DefPixMap2";
     const QString upload = m_dir.filePath("upload.bin");
     const QString download = m_dir.filePath("download.bin");
 
     // The slot starts from a known map.
-    QByteArray current = containerOf(randomMap(random, 150));
+    QByteArray current = containerBytes(randomMap(random, 150), 64, 64 * 64, 4, kDefPixTypedChunkId);
     QVERIFY(writeFile(upload, current));
-    selectSlot(panel, slotName);
+    activateSlot(panel, slotName);
     dialogs.openFileName = QStringList{upload};
     click(panel, "btnUploadLocalMap");
     QVERIFY(waitForTransfer(panel));
-    std::vector<uint8_t> device;
-    QCOMPARE(Sim::GetDeviceFile(kFileCamera, slotName.toStdString(), device), ZebCPP::ZebErrorSuccess);
-    QCOMPARE(QByteArray(reinterpret_cast<const char*>(device.data()), int(device.size())), current);
+    QCOMPARE(deviceFile(kFileCamera, "DefPixMap2"), current);
 
-    int injected[FaultCount] = {};
     int replaced = 0;
     for (int round = 0; round < kFileRounds; ++round) {
-        const QByteArray next = containerOf(randomMap(random, 150));
+        const QByteArray next = containerBytes(randomMap(random, 150), 64, 64 * 64, 4, kDefPixTypedChunkId);
         const uint32_t blocks = uint32_t(next.size() + 255) / 256;
         const auto fault = Fault(random() % FaultCount);
-        ++injected[fault];
         // Commands of an upload: Open, one Write per block, Close.
         const uint32_t command = 1 + random() % (blocks + 2);
         switch (fault) {
@@ -253,12 +191,12 @@ void TestTransferSoak::fileAccessSlotsKeepOldOrNewMap()
         }
 
         QVERIFY(writeFile(upload, next));
-        selectSlot(panel, slotName);
+        activateSlot(panel, slotName);
         dialogs.calls.clear();
         dialogs.openFileName = QStringList{upload};
         click(panel, "btnUploadLocalMap");
         if (fault == PanelReset) {
-            QVERIFY2(rebind(panel, kFileCamera, false), qPrintable(QString("round %1").arg(round)));
+            QVERIFY2(rebind(rig, kFileCamera, false), qPrintable(QString("round %1").arg(round)));
         } else {
             QVERIFY2(waitForTransfer(panel), qPrintable(QString("round %1 hangs").arg(round)));
         }
@@ -266,10 +204,10 @@ void TestTransferSoak::fileAccessSlotsKeepOldOrNewMap()
         const bool reportedDone = report && report->title == "File Access";
         QCOMPARE(Sim::ClearFaults(kFileCamera), ZebCPP::ZebErrorSuccess);
         if (fault == Unplug)
-            QVERIFY2(rebind(panel, kFileCamera, true), qPrintable(QString("round %1").arg(round)));
+            QVERIFY2(rebind(rig, kFileCamera, true), qPrintable(QString("round %1").arg(round)));
 
         // A clean download through the panel tells what the slot holds now.
-        selectSlot(panel, slotName);
+        activateSlot(panel, slotName);
         QFile::remove(download);
         dialogs.saveFileName = QStringList{download};
         click(panel, "btnDownloadMapToFile");
@@ -283,21 +221,16 @@ void TestTransferSoak::fileAccessSlotsKeepOldOrNewMap()
             current = next;
         }
     }
-    QStringList counts;
-    for (int f = 0; f < FaultCount; ++f)
-        counts << QString("%1 %2").arg(kFaultNames[f]).arg(injected[f]);
-    qInfo("file access soak: %d uploads, %d downloads verified, %d maps replaced; faults: %s", kFileRounds,
-          kFileRounds, replaced, qPrintable(counts.join(", ")));
-    panel.Reset();
+    qInfo("file access soak: %d uploads, %d downloads verified, %d maps replaced", kFileRounds, kFileRounds,
+          replaced);
 }
 
 void TestTransferSoak::registerSlotsKeepOldOrNewMap()
 {
     std::mt19937 random(kSeed + 1);
-    UXCDefectPixelCorrection panel;
-    RecordingDialogs dialogs;
-    panel.setDialogs(&dialogs);
-    QVERIFY(panel.Init(m_session.open(kRegisterCamera)));
+    Rig rig(m_session);
+    UXCDefectPixelCorrection& panel = rig.panel;
+    QVERIFY(rig.bind(kRegisterCamera));
     QVERIFY(panel.isRegisterMode());
     constexpr uint32_t kSlot = 2;
 
@@ -309,7 +242,6 @@ void TestTransferSoak::registerSlotsKeepOldOrNewMap()
 
     enum RegisterFault { None, ReadError, WriteError, Unplugged, Reset, RegisterFaultCount };
     const char* const names[RegisterFaultCount] = {"none", "read error", "write error", "unplug", "panel reset"};
-    int injected[RegisterFaultCount] = {};
     int replaced = 0;
     int emptied = 0;
     for (int round = 0; round < kRegisterRounds; ++round) {
@@ -317,7 +249,6 @@ void TestTransferSoak::registerSlotsKeepOldOrNewMap()
         for (t_defpix& entry : next)
             entry.type = 0;
         const auto fault = RegisterFault(random() % RegisterFaultCount);
-        ++injected[fault];
         // An upload reads the selected slot, writes the clear register and then the entries.
         switch (fault) {
         case ReadError:
@@ -337,33 +268,28 @@ void TestTransferSoak::registerSlotsKeepOldOrNewMap()
         const bool reported = panel.uploadMap_RegisterAccess(next.data(), unsigned(next.size()));
         QCOMPARE(Sim::ClearFaults(kRegisterCamera), ZebCPP::ZebErrorSuccess);
         if (fault == Unplugged || fault == Reset)
-            QVERIFY2(rebind(panel, kRegisterCamera, fault == Unplugged), qPrintable(where));
+            QVERIFY2(rebind(rig, kRegisterCamera, fault == Unplugged), qPrintable(where));
 
         QVERIFY(panel.SelectDefectPixelCorrectionMap(kSlot));
         QVERIFY2(panel.downloadMap_RegisterAccess(), qPrintable(where));
-        const t_defpix* held = panel.defectMap();
-        const unsigned int count = panel.defectCount();
-        QVERIFY2(sameMap(storedEntries(kRegisterCamera, kSlot), held, count), qPrintable(where));
+        const std::vector<t_defpix> held(panel.defectMap(), panel.defectMap() + panel.defectCount());
+        QVERIFY2(storedMap(kRegisterCamera, kSlot) == held, qPrintable(where));
         // The upload clears the slot before it writes: a failed write may leave
         // it empty, but never holding part of a map.
-        const bool isNext = sameMap(next, held, count);
-        QVERIFY2(isNext || sameMap(current, held, count) || (count == 0 && !reported),
+        const bool isNext = held == next;
+        QVERIFY2(isNext || held == current || (held.empty() && !reported),
                  qPrintable(where + ": the slot holds a map nobody uploaded"));
         QVERIFY2(!reported || isNext, qPrintable(where + ": reported done, but the map is not there"));
         if (isNext) {
             ++replaced;
             current = next;
-        } else if (count == 0) {
+        } else if (held.empty()) {
             ++emptied;
             current.clear();
         }
     }
-    QStringList counts;
-    for (int f = 0; f < RegisterFaultCount; ++f)
-        counts << QString("%1 %2").arg(names[f]).arg(injected[f]);
-    qInfo("register soak: %d uploads, %d downloads verified, %d maps replaced, %d slots left cleared; faults: %s",
-          kRegisterRounds, kRegisterRounds, replaced, emptied, qPrintable(counts.join(", ")));
-    panel.Reset();
+    qInfo("register soak: %d uploads, %d downloads verified, %d maps replaced, %d slots left cleared",
+          kRegisterRounds, kRegisterRounds, replaced, emptied);
 }
 
 QTEST_MAIN(TestTransferSoak)

@@ -9,7 +9,9 @@
 
 #include <sim/simcontrol.h>
 
+#include <QBuffer>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QProgressDialog>
@@ -20,7 +22,6 @@
 #include <QtTest>
 
 using namespace PanelFixture;
-using ZebCPP::SimControl::SimMapEntry;
 
 namespace {
 
@@ -53,18 +54,23 @@ const char* const kWildMaximumJson = R"({ "id": "DEV_WLD0001", "model": "kvd123M
     "name": "Wild maximum", "interface": "sim-usb0", "mapAccess": "file", "mapMaxSizeReported": 4000000000,
     "sensor": { "width": 64, "height": 64, "seed": 9 } })";
 
-std::vector<SimMapEntry> stored(const char* serial, uint32_t slot)
-{
-    std::vector<SimMapEntry> entries;
-    ZebCPP::SimControl::GetStoredMap(serial, slot, entries);
-    return entries;
-}
+// Nine hot pixels and room for eight of them.
+const char* const kSmallMapJson = R"({ "id": "DEV_SMF0001", "model": "kvd123MXGE", "serial": "SMF0001",
+    "name": "Small map", "interface": "sim-eth0", "mapAccess": "file", "mapRevision": 3, "mapSlots": 2,
+    "mapMaxSize": 8, "sensor": { "width": 96, "height": 64, "seed": 7, "hot": 9, "dead": 0, "stuck": 0,
+    "clusters": 0 } })";
 
-void selectSlot(UXCDefectPixelCorrection& panel, int index)
+// Register maps, reporting room for 3 entries while the factory slot holds more.
+const char* const kShortMaximumJson = R"({ "id": "DEV_SRM0001", "model": "kvd123MXGE", "serial": "SRM0001",
+    "name": "Short maximum", "interface": "sim-eth0", "mapAccess": "register", "mapRevision": 3, "mapSlots": 2,
+    "mapMaxSizeReported": 3 })";
+
+QStringList outcomes(const QSignalSpy& spy)
 {
-    auto* selector = panel.findChild<QComboBox*>("cmbDefectPixelMapSelector");
-    selector->setCurrentIndex(index);
-    emit selector->activated(index);
+    QStringList lines;
+    for (const QList<QVariant>& args : spy)
+        lines << args.at(0).toString();
+    return lines;
 }
 
 void typeThreshold(UXCDefectPixelCorrection& panel, const char* name, const QString& text)
@@ -77,12 +83,8 @@ void typeThreshold(UXCDefectPixelCorrection& panel, const char* name, const QStr
 
 } // namespace
 
-bool operator==(const t_defpix& a, const t_defpix& b)
-{
-    return a.x == b.x && a.y == b.y && a.type == b.type;
-}
-
-// The panel's input rules, the slots it offers and a transfer met by a reset.
+// The panel's input rules, its transfers cancelled or met by a reset, what it tells
+// the user beside its log lines and the local maps it refuses.
 class TestPanel : public QObject {
     Q_OBJECT
 
@@ -90,13 +92,21 @@ private slots:
     void initTestCase();
     void cleanupTestCase();
 
-    void inputRulesAndStreamingGuard();
+    void imageListsDropRepeatsAndFollowTheSelection();
+    void typedThresholdsBeyondTheLimitKeepTheLastValue();
+    void uploadsWaitUntilStreamingStops();
     void generationWithoutMemoryKeepsTheMap();
     void cancelledUploadKeepsThePreviousMap();
     void resetDuringTransferNeverLeavesHalfAMap();
     void nextCameraStartsAfresh();
     void batchTellsRefusalsOnceAndKeepsGoodImages();
     void captureFillsTheSeriesAndKeepsItWhenUnplugged();
+    void localTextMapsAreCheckedBeforeUpload();
+    void factorySlotIsRefusedBeforeAnyQuestion();
+    void truncatedAndStaleMapsAreShown();
+    void singleImageRefusalsAreTold_data();
+    void singleImageRefusalsAreTold();
+    void mapActionsWithoutAMapOrBeyondTheMaximum();
 
 private:
     Session m_session;
@@ -109,10 +119,9 @@ void TestPanel::initTestCase()
     QVERIFY(m_dir.isValid());
     if (!m_session.start())
         QSKIP("the simulated cameras are not available");
-    QCOMPARE(ZebCPP::SimControl::PlugCamera(kOddSlotsJson), ZebCPP::ZebErrorSuccess);
-    QCOMPARE(ZebCPP::SimControl::PlugCamera(kSlowTransfersJson), ZebCPP::ZebErrorSuccess);
-    QCOMPARE(ZebCPP::SimControl::PlugCamera(kWildMaximumJson), ZebCPP::ZebErrorSuccess);
-    QCOMPARE(ZebCPP::SimControl::PlugCamera(kCancellableJson), ZebCPP::ZebErrorSuccess);
+    for (const char* json : {kOddSlotsJson, kSlowTransfersJson, kWildMaximumJson, kCancellableJson, kSmallMapJson,
+                             kShortMaximumJson})
+        QCOMPARE(ZebCPP::SimControl::PlugCamera(json), ZebCPP::ZebErrorSuccess);
 }
 
 void TestPanel::cleanupTestCase()
@@ -120,33 +129,30 @@ void TestPanel::cleanupTestCase()
     m_session.stop();
 }
 
-void TestPanel::inputRulesAndStreamingGuard()
+void TestPanel::imageListsDropRepeatsAndFollowTheSelection()
 {
-    UXCDefectPixelCorrection panel;
-    RecordingDialogs dialogs;
-    panel.setDialogs(&dialogs);
-    UxCamera* camera = m_session.open(kMonoFile);
-    QVERIFY(panel.Init(camera));
-    const QStringList dark = captureSeries(camera, m_dir.path(), "monodark", 2, false);
-    const QStringList bright = captureSeries(camera, m_dir.path(), "monobright", 1, true);
-
-    dialogs.openFileNames = QStringList{dark[0], dark[0], dark[1]};
+    Rig rig(m_session);
+    UXCDefectPixelCorrection& panel = rig.panel;
+    QVERIFY(rig.bind(kMonoFile));
+    const QStringList dark = captureSeries(panel.camera(), m_dir.path(), "monodark", 2, false);
+    rig.dialogs.openFileNames = QStringList{dark[0], dark[0], dark[1]};
     click(panel, "btnAddDarkImage");
-    dialogs.openFileNames = QStringList{dark[1]};
+    rig.dialogs.openFileNames = QStringList{dark[1]};
     click(panel, "btnAddDarkImage");
-    QCOMPARE(panel.findChild<QListWidget*>("listDarkImagePath")->count(), 2);
+    auto* darkList = panel.findChild<QListWidget*>("listDarkImagePath");
+    QCOMPARE(darkList->count(), 2);
     QCOMPARE(panel.darkParams().count, 2u);
     panel.show();
     QVERIFY(QTest::qWaitForWindowExposed(&panel));
-    auto* darkList = panel.findChild<QListWidget*>("listDarkImagePath");
     const QPoint first = darkList->visualItemRect(darkList->item(0)).center();
     QTest::mouseClick(darkList->viewport(), Qt::LeftButton, Qt::NoModifier, first);
     QCOMPARE(darkList->selectedItems().size(), 1);
     QTest::mouseClick(darkList->viewport(), Qt::LeftButton, Qt::ControlModifier, first);
     QVERIFY(darkList->selectedItems().isEmpty());
-    dialogs.openFileNames = bright;
-    click(panel, "btnAddBrightImage");
 
+    // Either series alone keeps the image size and lets a map be generated.
+    rig.dialogs.openFileNames = captureSeries(panel.camera(), m_dir.path(), "monobright", 1, true);
+    click(panel, "btnAddBrightImage");
     darkList->selectAll();
     QVERIFY(button(panel, "btnDeleteDarkImage")->isEnabled());
     click(panel, "btnDeleteDarkImage");
@@ -154,85 +160,71 @@ void TestPanel::inputRulesAndStreamingGuard()
     QVERIFY(!button(panel, "btnDeleteDarkImage")->isEnabled());
     QCOMPARE(panel.imageGeometry().pixelCount, 640u * 480u);
     QVERIFY(button(panel, "btnGenerateMap")->isEnabled());
+    panel.findChild<QListWidget*>("listBrightImagePath")->selectAll();
+    click(panel, "btnDeleteBrightImage");
+    QCOMPARE(panel.imageGeometry().pixelCount, 0u);
+    QVERIFY(!button(panel, "btnGenerateMap")->isEnabled());
+}
 
-    typeThreshold(panel, "txtAbsoluteThreshold", "0");
-    QCOMPARE(panel.darkParams().absoluteThreshold, 0);
+void TestPanel::typedThresholdsBeyondTheLimitKeepTheLastValue()
+{
+    Rig rig(m_session);
+    UXCDefectPixelCorrection& panel = rig.panel;
+    QVERIFY(rig.bind(kMonoFile));
     typeThreshold(panel, "txtAbsoluteThreshold", "255");
-    QCOMPARE(panel.darkParams().absoluteThreshold, 255);
     typeThreshold(panel, "txtAbsoluteThreshold", "256");
     QCOMPARE(panel.darkParams().absoluteThreshold, 255);
     QCOMPARE(panel.findChild<QLineEdit*>("txtAbsoluteThreshold")->text(), QString("255"));
     typeThreshold(panel, "txtRelativeThreshold", "100");
-    QCOMPARE(panel.brightParams().relativeThreshold, 100);
     typeThreshold(panel, "txtRelativeThreshold", "101");
     QCOMPARE(panel.brightParams().relativeThreshold, 100);
     QCOMPARE(panel.findChild<QLineEdit*>("txtRelativeThreshold")->text(), QString("100"));
-    typeThreshold(panel, "txtRelativeThreshold", "12");
+}
 
-    click(panel, "btnGenerateMap");
-    QVERIFY(panel.defectCount() > 0);
-    // The factory slot cannot be written: both uploads stay off, download stays on.
-    QVERIFY(!button(panel, "btnUploadMapToCam")->isEnabled());
-    QVERIFY(!button(panel, "btnUploadLocalMap")->isEnabled());
-    QVERIFY(button(panel, "btnDownloadMapToFile")->isEnabled());
-    selectSlot(panel, 1);
-    QVERIFY(button(panel, "btnUploadMapToCam")->isEnabled());
-
+void TestPanel::uploadsWaitUntilStreamingStops()
+{
+    Rig rig(m_session);
+    QVERIFY(rig.bind(kMonoFile));
+    rig.dialogs.openFileNames = captureSeries(rig.panel.camera(), m_dir.path(), "streamdark", 1, false);
+    click(rig.panel, "btnAddDarkImage");
+    click(rig.panel, "btnGenerateMap");
+    activateSlot(rig.panel, 1);
     QCOMPARE(ZebCPP::SimControl::SetStreaming(kMonoFile, true), ZebCPP::ZebErrorSuccess);
-    dialogs.calls.clear();
-    click(panel, "btnUploadMapToCam");
-    QCOMPARE(dialogs.messages(), QStringList{"critical|Upload Map|Stop streaming before uploading map to camera."});
-    dialogs.answer = QMessageBox::No;
-    click(panel, "btnUploadLocalMap");
-    QCOMPARE(dialogs.last("question")->title, QString("Upload Local Map"));
+    rig.dialogs.calls.clear();
+    click(rig.panel, "btnUploadMapToCam");
+    QCOMPARE(rig.dialogs.messages(), QStringList{"critical|Upload Map|Stop streaming before uploading map to camera."});
+    rig.dialogs.answer = QMessageBox::No;
+    click(rig.panel, "btnUploadLocalMap");
+    QCOMPARE(rig.dialogs.last("question")->title, QString("Upload Local Map"));
     QCOMPARE(ZebCPP::SimControl::SetStreaming(kMonoFile, false), ZebCPP::ZebErrorSuccess);
-
-    auto* brightList = panel.findChild<QListWidget*>("listBrightImagePath");
-    brightList->selectAll();
-    click(panel, "btnDeleteBrightImage");
-    QCOMPARE(panel.imageGeometry().pixelCount, 0u);
-    QVERIFY(!button(panel, "btnGenerateMap")->isEnabled());
-    panel.Reset();
-    QVERIFY(m_session.close(kMonoFile));
 }
 
 void TestPanel::resetDuringTransferNeverLeavesHalfAMap()
 {
-    UXCDefectPixelCorrection panel;
-    RecordingDialogs dialogs;
-    panel.setDialogs(&dialogs);
+    Rig rig(m_session);
+    UXCDefectPixelCorrection& panel = rig.panel;
 
     // Mid-transfer, one block of three written: the reset waits for the upload's end,
     // so the slot holds the whole map.
-    UxCamera* camera = m_session.open(kSlowTransfers);
-    QVERIFY(panel.Init(camera));
-    selectSlot(panel, 1);
-    std::vector<t_defpix> map(20000);
-    for (unsigned int i = 0; i < map.size(); ++i)
-        map[i] = {i % 200, i / 200, 0};
-    const std::vector<unsigned char> container =
-        panel.buildDefPixContainerBuffer(kDefaultMapRevision, kDefaultChunkId, map.size(), map.data(), 200, 200 * 100);
-    QFile large(m_dir.filePath("large.bin"));
-    QVERIFY(large.open(QIODevice::WriteOnly));
-    QCOMPARE(large.write(reinterpret_cast<const char*>(container.data()), qint64(container.size())),
-             qint64(container.size()));
-    large.close();
-    QSignalSpy progress(camera, &UxCamera::updateTransferProcess);
-    dialogs.openFileName = QStringList{large.fileName()};
+    QVERIFY(rig.bind(kSlowTransfers));
+    activateSlot(panel, 1);
+    const std::vector<t_defpix> map = rowMap(20000, 200);
+    QVERIFY(writeFile(m_dir.filePath("large.bin"), containerBytes(map, 200, 200 * 100)));
+    QSignalSpy progress(panel.camera(), &UxCamera::updateTransferProcess);
+    rig.dialogs.openFileName = QStringList{m_dir.filePath("large.bin")};
     click(panel, "btnUploadLocalMap");
     QTRY_VERIFY(!progress.isEmpty());
     QVERIFY(!button(panel, "btnDownloadMapToFile")->isEnabled());
-    panel.Reset();
-    QVERIFY(m_session.close(kSlowTransfers));
-    QCOMPARE(stored(kSlowTransfers, 1).size(), map.size());
+    QVERIFY(rig.release());
+    QCOMPARE(storedMap(kSlowTransfers, 1).size(), map.size());
 
     // Queued behind busy workers: the reset cancels the upload before it starts and
     // the slot keeps that map.
-    QVERIFY(panel.Init(m_session.open(kSlowTransfers)));
-    dialogs.openFileNames = captureSeries(panel.camera(), m_dir.path(), "slowdark", 2, false);
+    QVERIFY(rig.bind(kSlowTransfers));
+    rig.dialogs.openFileNames = captureSeries(panel.camera(), m_dir.path(), "slowdark", 2, false);
     click(panel, "btnAddDarkImage");
     click(panel, "btnGenerateMap");
-    selectSlot(panel, 1);
+    activateSlot(panel, 1);
     QVERIFY(button(panel, "btnUploadMapToCam")->isEnabled());
     QThreadPool* pool = QThreadPool::globalInstance();
     QSemaphore hold;
@@ -250,83 +242,61 @@ void TestPanel::resetDuringTransferNeverLeavesHalfAMap()
     QVERIFY(!panel.defectMap());
     QCOMPARE(panel.findChild<QListWidget*>("listDarkImagePath")->count(), 0);
     QCOMPARE(panel.findChild<QComboBox*>("cmbDefectPixelMapSelector")->count(), 0);
-    QVERIFY(m_session.close(kSlowTransfers));
-    QCOMPARE(stored(kSlowTransfers, 1).size(), map.size());
+    QVERIFY(rig.release());
+    QCOMPARE(storedMap(kSlowTransfers, 1).size(), map.size());
 
     // A camera bound after a reset still gets its buttons and progress window back
     // after a transfer, although finishFileTask no longer reports it.
-    QVERIFY(panel.Init(m_session.open(kOddSlots)));
-    selectSlot(panel, 1);
-    dialogs.calls.clear();
-    dialogs.saveFileName = QStringList{m_dir.filePath("after-reset")};
+    QVERIFY(rig.bind(kOddSlots));
+    activateSlot(panel, 1);
+    rig.dialogs.calls.clear();
+    rig.dialogs.saveFileName = QStringList{m_dir.filePath("after-reset")};
     click(panel, "btnDownloadMapToFile");
     QTRY_VERIFY(!panel.isFileTaskRunning());
     QTRY_VERIFY(button(panel, "btnUploadLocalMap")->isEnabled());
     QVERIFY(!panel.findChild<QProgressDialog*>()->isVisible());
-    QVERIFY(!dialogs.messages().join('\n').contains("File Access"));
-    panel.Reset();
-    QVERIFY(m_session.close(kOddSlots));
+    QVERIFY(!rig.dialogs.messages().join('\n').contains("File Access"));
 }
 
 void TestPanel::generationWithoutMemoryKeepsTheMap()
 {
-    UXCDefectPixelCorrection panel;
-    RecordingDialogs dialogs;
-    panel.setDialogs(&dialogs);
-    QSignalSpy log(&panel, &UXCDefectPixelCorrection::sendLogMessage);
-    QVERIFY(panel.Init(m_session.open(kMonoFile)));
-    dialogs.openFileNames = captureSeries(panel.camera(), m_dir.path(), "spacedark", 1, false);
+    Rig rig(m_session);
+    UXCDefectPixelCorrection& panel = rig.panel;
+    QVERIFY(rig.bind(kMonoFile));
+    rig.dialogs.openFileNames = captureSeries(panel.camera(), m_dir.path(), "spacedark", 1, false);
     click(panel, "btnAddDarkImage");
     click(panel, "btnGenerateMap");
     const std::vector<t_defpix> before(panel.defectMap(), panel.defectMap() + panel.defectCount());
     QVERIFY(!before.empty());
-    log.clear();
+    rig.log.clear();
 
     failDefectMaskMemory(true);
     click(panel, "btnGenerateMap");
     failDefectMaskMemory(false);
-    QCOMPARE(dialogs.messages().last(), QString("critical|Generate Map|Generate map failed: out of memory!"));
-    QCOMPARE(logLines(log), QStringList{"2|Generate map failed: out of memory!"});
+    QCOMPARE(rig.dialogs.messages().last(), QString("critical|Generate Map|Generate map failed: out of memory!"));
+    QCOMPARE(rig.logLines(), QStringList{"2|Generate map failed: out of memory!"});
     QCOMPARE(std::vector<t_defpix>(panel.defectMap(), panel.defectMap() + panel.defectCount()), before);
     QCOMPARE(panel.findChild<QLineEdit*>("txtDefectPixelCount")->text(), QString::number(before.size()));
     QVERIFY(button(panel, "btnSaveMapToFile")->isEnabled());
-    panel.Reset();
-    QVERIFY(m_session.close(kMonoFile));
 }
 
 void TestPanel::cancelledUploadKeepsThePreviousMap()
 {
-    UXCDefectPixelCorrection panel;
-    RecordingDialogs dialogs;
-    panel.setDialogs(&dialogs);
-    QSignalSpy log(&panel, &UXCDefectPixelCorrection::sendLogMessage);
-    UxCamera* camera = m_session.open(kCancellable);
-    QVERIFY(panel.Init(camera));
-    selectSlot(panel, 1);
-    const auto containerFile = [&](const QString& name, unsigned int count) {
-        std::vector<t_defpix> map(count);
-        for (unsigned int i = 0; i < count; ++i)
-            map[i] = {i % 200, i / 200, 0};
-        const std::vector<unsigned char> bytes = panel.buildDefPixContainerBuffer(
-            kDefaultMapRevision, kDefaultChunkId, map.size(), map.data(), 200, 200 * 100);
-        QFile file(m_dir.filePath(name));
-        file.open(QIODevice::WriteOnly);
-        file.write(reinterpret_cast<const char*>(bytes.data()), qint64(bytes.size()));
-        return file.fileName();
-    };
-    const auto content = [](const QString& path) {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    };
-    const QString kept = containerFile("kept.bin", 50);
-    dialogs.openFileName = QStringList{kept};
+    Rig rig(m_session);
+    UXCDefectPixelCorrection& panel = rig.panel;
+    QVERIFY(rig.bind(kCancellable));
+    activateSlot(panel, 1);
+    const QString kept = m_dir.filePath("kept.bin"), cancelled = m_dir.filePath("cancelled.bin");
+    QVERIFY(writeFile(kept, containerBytes(rowMap(50, 200), 200, 200 * 100)));
+    QVERIFY(writeFile(cancelled, containerBytes(rowMap(20000, 200), 200, 200 * 100)));
+    rig.dialogs.openFileName = QStringList{kept};
     click(panel, "btnUploadLocalMap");
-    QTRY_COMPARE_WITH_TIMEOUT(stored(kCancellable, 1).size(), size_t(50), 10000);
+    QTRY_COMPARE_WITH_TIMEOUT(storedMap(kCancellable, 1).size(), size_t(50), 10000);
     QTRY_VERIFY(button(panel, "btnDownloadMapToFile")->isEnabled());
 
     // Three blocks: cancelled once the first one is in, the camera refuses the cut container.
-    QSignalSpy progress(camera, &UxCamera::updateTransferProcess);
-    dialogs.openFileName = QStringList{containerFile("cancelled.bin", 20000)};
+    QSignalSpy progress(panel.camera(), &UxCamera::updateTransferProcess);
+    rig.dialogs.openFileName = QStringList{cancelled};
     click(panel, "btnUploadLocalMap");
     QTRY_VERIFY(!progress.isEmpty());
     auto* cancel = panel.findChild<QProgressDialog*>()->findChild<QPushButton*>();
@@ -335,38 +305,33 @@ void TestPanel::cancelledUploadKeepsThePreviousMap()
     QTest::mouseClick(cancel, Qt::LeftButton);
     QTRY_VERIFY_WITH_TIMEOUT(button(panel, "btnDownloadMapToFile")->isEnabled(), 10000);
     const QString said = "Upload Local File cancelled; the slot DefPixMap1 keeps its previous map.";
-    QCOMPARE(dialogs.messages().last(), "information|File Access|" + said);
-    QVERIFY(logLines(log).contains("1|" + said));
+    QCOMPARE(rig.dialogs.messages().last(), "information|File Access|" + said);
+    QVERIFY(rig.logLines().contains("1|" + said));
     QVERIFY(!panel.findChild<QProgressDialog*>()->findChild<QPushButton*>());
 
     const QString back = m_dir.filePath("back.bin");
-    dialogs.saveFileName = QStringList{back};
+    rig.dialogs.saveFileName = QStringList{back};
     click(panel, "btnDownloadMapToFile");
     QTRY_VERIFY_WITH_TIMEOUT(!panel.isFileTaskRunning() && button(panel, "btnDownloadMapToFile")->isEnabled(),
                              10000);
-    QCOMPARE(content(back), content(kept));
-    panel.Reset();
-    QVERIFY(m_session.close(kCancellable));
+    QCOMPARE(readFile(back), readFile(kept));
 }
 
 void TestPanel::nextCameraStartsAfresh()
 {
-    UXCDefectPixelCorrection panel;
-    RecordingDialogs dialogs;
-    panel.setDialogs(&dialogs);
-    QSignalSpy log(&panel, &UXCDefectPixelCorrection::sendLogMessage);
+    Rig rig(m_session);
+    UXCDefectPixelCorrection& panel = rig.panel;
 
     // The first camera's image size must not bar the next camera's images.
-    QVERIFY(panel.Init(m_session.open(kMonoFile)));
-    dialogs.openFileNames = captureSeries(panel.camera(), m_dir.path(), "firstdark", 1, false);
+    QVERIFY(rig.bind(kMonoFile));
+    rig.dialogs.openFileNames = captureSeries(panel.camera(), m_dir.path(), "firstdark", 1, false);
     click(panel, "btnAddDarkImage");
     QCOMPARE(panel.imageGeometry().pixelCount, 640u * 480u);
-    panel.Reset();
-    QVERIFY(m_session.close(kMonoFile));
+    QVERIFY(rig.release());
 
     // A series stopped once its first image is in keeps that image, and loads no more.
-    QVERIFY(panel.Init(m_session.open(kWildMaximum)));
-    dialogs.openFileNames = captureSeries(panel.camera(), m_dir.path(), "nextdark", 3, false);
+    QVERIFY(rig.bind(kWildMaximum));
+    rig.dialogs.openFileNames = captureSeries(panel.camera(), m_dir.path(), "nextdark", 3, false);
     auto* list = panel.findChild<QListWidget*>("listDarkImagePath");
     connect(list->model(), &QAbstractItemModel::rowsInserted, &panel, [&panel] {
         if (auto* progress = panel.findChild<QProgressDialog*>("imageLoadProgress"))
@@ -378,20 +343,16 @@ void TestPanel::nextCameraStartsAfresh()
     QCOMPARE(panel.imageGeometry().pixelCount, 64u * 64u);
     // An absurd maximum would size the map buffers; the panel keeps its own.
     click(panel, "btnGenerateMap");
-    QVERIFY(logLines(log).contains("2|The camera reports an implausible maximal map size: 4000000000."));
+    QVERIFY(rig.logLines().contains("2|The camera reports an implausible maximal map size: 4000000000."));
     QCOMPARE(panel.maxMapSize(), 10000u);
     QVERIFY(panel.defectCount() > 0);
-    panel.Reset();
-    QVERIFY(m_session.close(kWildMaximum));
 }
 
 void TestPanel::batchTellsRefusalsOnceAndKeepsGoodImages()
 {
-    UXCDefectPixelCorrection panel;
-    RecordingDialogs dialogs;
-    panel.setDialogs(&dialogs);
-    QSignalSpy log(&panel, &UXCDefectPixelCorrection::sendLogMessage);
-    QVERIFY(panel.Init(m_session.open(kMonoFile)));
+    Rig rig(m_session);
+    UXCDefectPixelCorrection& panel = rig.panel;
+    QVERIFY(rig.bind(kMonoFile));
     const QStringList good = captureSeries(panel.camera(), m_dir.path(), "batchdark", 3, false);
     QCOMPARE(good.size(), 3);
     const QString small = m_dir.filePath("small.bmp"), empty = m_dir.filePath("empty.bmp"),
@@ -399,29 +360,24 @@ void TestPanel::batchTellsRefusalsOnceAndKeepsGoodImages()
     QImage smallImage(8, 4, QImage::Format_Grayscale8);
     smallImage.fill(0);
     QVERIFY(smallImage.convertToFormat(QImage::Format_Indexed8).save(small, "BMP"));
-    QFile(empty).open(QIODevice::WriteOnly);
-    QFile whole(good[0]);
-    QVERIFY(whole.open(QIODevice::ReadOnly));
-    QFile cutFile(cut);
-    QVERIFY(cutFile.open(QIODevice::WriteOnly) && cutFile.write(whole.read(whole.size() - 640)) > 0);
-    cutFile.close();
-    QFile textFile(text);
-    QVERIFY(textFile.open(QIODevice::WriteOnly) && textFile.write("no image") > 0);
-    textFile.close();
+    QVERIFY(writeFile(empty, QByteArray()));
+    const QByteArray whole = readFile(good[0]);
+    QVERIFY(writeFile(cut, whole.left(whole.size() - 640)));
+    QVERIFY(writeFile(text, "no image"));
 
     // Good and bad mixed, added at once: the good ones stay, one box tells the rest.
-    dialogs.openFileNames = QStringList{good[0], small, empty, good[1], cut, text, good[2]};
+    rig.dialogs.openFileNames = QStringList{good[0], small, empty, good[1], cut, text, good[2]};
     click(panel, "btnAddDarkImage");
     QCOMPARE(panel.findChild<QListWidget*>("listDarkImagePath")->count(), 3);
     QCOMPARE(panel.darkParams().count, 3u);
-    QCOMPARE(dialogs.messages(), QStringList{"critical|Load Image|4 of the 7 chosen images were not added."});
-    const RecordingDialogs::Call* box = dialogs.last("critical");
+    QCOMPARE(rig.dialogs.messages(), QStringList{"critical|Load Image|4 of the 7 chosen images were not added."});
+    const RecordingDialogs::Call* box = rig.dialogs.last("critical");
     QVERIFY(!box->overProgress);
     QCOMPARE(box->details.split('\n'),
              (QStringList{small + ": Size 8×4 differs from the series' 640×480.", empty + ": The file is empty.",
                           cut + ": The file is truncated: its pixel data is cut short.",
                           text + ": Not a readable bitmap."}));
-    const QStringList lines = logLines(log);
+    const QStringList lines = rig.logLines();
     for (const QString& line : {"2|Loading '" + small + "': incompatible image.", "2|Loading image '" + empty + "' failed.",
                                 "2|Loading image '" + cut + "' failed.", "2|Loading image '" + text + "' failed."})
         QVERIFY2(lines.contains(line), qPrintable(line));
@@ -435,13 +391,11 @@ void TestPanel::batchTellsRefusalsOnceAndKeepsGoodImages()
     QCOMPARE(panel.findChild<UXCPixmapLabel*>("lblMeanImageDark")->getImage(), mean);
 
     // A single refusal keeps the described message, with its reason as details.
-    dialogs.calls.clear();
-    dialogs.openFileNames = QStringList{small};
+    rig.dialogs.calls.clear();
+    rig.dialogs.openFileNames = QStringList{small};
     click(panel, "btnAddBrightImage");
-    QCOMPARE(dialogs.messages(), QStringList{"information|Load Image|" + small + ": incompatible image!"});
-    QCOMPARE(dialogs.last("information")->details, small + ": Size 8×4 differs from the series' 640×480.");
-    panel.Reset();
-    QVERIFY(m_session.close(kMonoFile));
+    QCOMPARE(rig.dialogs.messages(), QStringList{"information|Load Image|" + small + ": incompatible image!"});
+    QCOMPARE(rig.dialogs.last("information")->details, small + ": Size 8×4 differs from the series' 640×480.");
 }
 
 void TestPanel::captureFillsTheSeriesAndKeepsItWhenUnplugged()
@@ -449,15 +403,14 @@ void TestPanel::captureFillsTheSeriesAndKeepsItWhenUnplugged()
     QCOMPARE(ZebCPP::SimControl::PlugCamera(R"({ "id": "DEV_NSC0001", "model": "kvd123MXGE", "serial": "NSC0001",
         "interface": "sim-usb0", "streams": false, "sensor": { "width": 64, "height": 64 } })"),
              ZebCPP::ZebErrorSuccess);
-    UXCDefectPixelCorrection panel;
-    RecordingDialogs dialogs;
-    panel.setDialogs(&dialogs);
-    QVERIFY(panel.Init(m_session.open("NSC0001")));
+    Rig rig(m_session);
+    UXCDefectPixelCorrection& panel = rig.panel;
+    QVERIFY(rig.bind("NSC0001"));
     QVERIFY(!panel.captureControl(0)->button()->isEnabled());
-    QVERIFY(panel.captureControl(1)->button()->toolTip().contains("no image stream"));
-    panel.Reset();
+    QVERIFY(!panel.captureControl(1)->button()->isEnabled());
+    QVERIFY(rig.release());
 
-    QVERIFY(panel.Init(m_session.open(kMonoFile)));
+    QVERIFY(rig.bind(kMonoFile));
     UXCFrameCaptureControl* dark = panel.captureControl(0);
     QVERIFY(dark->button()->isEnabled());
     QSignalSpy finished(dark, &UXCFrameCaptureControl::captureFinished);
@@ -482,9 +435,166 @@ void TestPanel::captureFillsTheSeriesAndKeepsItWhenUnplugged()
     QVERIFY(kept > 0 && kept < 200);
     QCOMPARE(list->count(), 3 + kept);
     QCOMPARE(panel.darkParams().count, 3u + kept);
-    QVERIFY(dialogs.last("critical")->text.contains("disconnected"));
-    panel.Reset();
+    QVERIFY(rig.dialogs.last("critical")->text.contains("disconnected"));
+    rig.release();
     QCOMPARE(ZebCPP::SimControl::ReplugCamera(kMonoFile), ZebCPP::ZebErrorSuccess);
+}
+
+void TestPanel::localTextMapsAreCheckedBeforeUpload()
+{
+    Rig rig(m_session);
+    QSignalSpy outcome(&rig.panel, &UXCDefectPixelCorrection::actionOutcome);
+    QVERIFY(rig.bind(kRegisterMono));
+    activateSlot(rig.panel, 1);
+
+    // Junk lines and a repeated position are dropped, and the question says so.
+    const QString good = m_dir.filePath("good.txt");
+    QVERIFY(writeFile(good, "# made by hand\n10;20;0\nnonsense\n30;40;0\n10;20;0\n1;2\n1279;1023;0\n"));
+    rig.dialogs.openFileName = QStringList{good};
+    click(rig.panel, "btnUploadLocalMap");
+    QCOMPARE(rig.dialogs.last("question")->text,
+             QString("3 entry(s) will be written to 'DefPixMap1' (2 line(s) skipped as malformed, "
+                     "1 duplicate coordinate(s)).\nWrite them?"));
+    QCOMPARE(outcomes(outcome).last(), QString("Uploaded 3 entry(s) to DefPixMap1."));
+
+    const QString before = m_dir.filePath("before.txt");
+    rig.dialogs.saveFileName = QStringList{before};
+    click(rig.panel, "btnDownloadMapToFile");
+    QCOMPARE(readFile(before), QByteArray("10;20;0\n30;40;0\n1279;1023;0\n"));
+
+    // Garbage with one entry far outside the sensor: refused, the slot keeps its map.
+    const QString garbage = m_dir.filePath("garbage.txt");
+    QVERIFY(writeFile(garbage, "\x01\x02junk\n;;;\n5;5;0\n70000;3;0\nzz;1;0\n"));
+    const int questions = rig.dialogs.count("question");
+    rig.dialogs.openFileName = QStringList{garbage};
+    click(rig.panel, "btnUploadLocalMap");
+    QVERIFY(rig.dialogs.last("critical")->text.contains("1 entry(s) lie outside the sensor (1280 x 1024)"));
+    QCOMPARE(rig.dialogs.count("question"), questions + 1); // only the proceed question the upload always asks
+    QVERIFY(outcomes(outcome).last().startsWith("Upload to DefPixMap1 refused"));
+
+    const QString after = m_dir.filePath("after.txt");
+    rig.dialogs.saveFileName = QStringList{after};
+    click(rig.panel, "btnDownloadMapToFile");
+    QCOMPARE(readFile(after), readFile(before));
+    QVERIFY(outcomes(outcome).last().startsWith("Downloaded 3 entry(s) from DefPixMap1 to "));
+
+    // Nothing usable at all is refused as well.
+    QVERIFY(writeFile(garbage, "junk only\n\n"));
+    rig.dialogs.openFileName = QStringList{garbage};
+    click(rig.panel, "btnUploadLocalMap");
+    QVERIFY(rig.dialogs.last("critical")->text.contains("holds no valid map entry"));
+}
+
+void TestPanel::factorySlotIsRefusedBeforeAnyQuestion()
+{
+    Rig rig(m_session);
+    QVERIFY(rig.bind(kRegisterMono));
+    activateSlot(rig.panel, 0);
+    click(rig.panel, "btnUploadLocalMap");
+    QVERIFY(!rig.dialogs.last("question"));
+    QCOMPARE(rig.dialogs.last("critical")->text, QString("Upload failed: upload to factory map is protected!"));
+    QVERIFY(rig.release());
+
+    // File-access cameras disable the uploads instead; the slot can still be read.
+    QVERIFY(rig.bind(kMonoFile));
+    activateSlot(rig.panel, 0);
+    QVERIFY(!button(rig.panel, "btnUploadLocalMap")->isEnabled());
+    QVERIFY(button(rig.panel, "btnDownloadMapToFile")->isEnabled());
+}
+
+void TestPanel::truncatedAndStaleMapsAreShown()
+{
+    Rig rig(m_session);
+    QSignalSpy outcome(&rig.panel, &UXCDefectPixelCorrection::actionOutcome);
+    QVERIFY(rig.bind("SMF0001"));
+    rig.dialogs.openFileNames = captureSeries(rig.panel.camera(), m_dir.path(), "smalldark", 3, false);
+    click(rig.panel, "btnAddDarkImage");
+    QCOMPARE(outcomes(outcome).last(), QString("3 dark image(s) added."));
+
+    click(rig.panel, "btnGenerateMap");
+    QCOMPARE(rig.logLines().last(), QString("0|Map successfully generated."));
+    const QString warning = "9 pixels flagged; only 8 fit into the camera's map. Raise the thresholds to flag "
+                            "fewer pixels.";
+    QCOMPARE(outcomes(outcome).last(), warning);
+    QCOMPARE(rig.panel.findChild<QLabel*>("lblMapNote")->text(), warning);
+    QVERIFY(!rig.panel.isMapStale());
+
+    // A save into a folder that does not exist fails aloud.
+    rig.dialogs.saveFileName = QStringList{m_dir.filePath("missing/map")};
+    click(rig.panel, "btnSaveMapToFile");
+    QCOMPARE(rig.dialogs.messages().last(), QString("critical|Save Map|Save to file failed!"));
+    QCOMPARE(outcomes(outcome).last(), QString("Saving the map failed."));
+
+    // Removing an image makes the shown map out of date; uploading it asks first.
+    auto* list = rig.panel.findChild<QListWidget*>("listDarkImagePath");
+    rig.panel.show();
+    QApplication::setActiveWindow(&rig.panel);
+    QVERIFY(QTest::qWaitForWindowActive(&rig.panel));
+    list->setFocus();
+    list->setCurrentRow(2);
+    QTest::keyClick(list, Qt::Key_Delete);
+    QCOMPARE(list->count(), 2);
+    QVERIFY(rig.panel.isMapStale());
+    QVERIFY(rig.panel.findChild<QLineEdit*>("txtDefectPixelCount")->font().strikeOut());
+    activateSlot(rig.panel, 1);
+    rig.dialogs.answer = QMessageBox::No;
+    click(rig.panel, "btnUploadMapToCam");
+    QVERIFY(rig.dialogs.last("question")->text.contains("out of date"));
+    QVERIFY(!rig.panel.isFileTaskRunning());
+
+    click(rig.panel, "btnGenerateMap");
+    QVERIFY(!rig.panel.isMapStale());
+    QVERIFY(!rig.panel.findChild<QLineEdit*>("txtDefectPixelCount")->font().strikeOut());
+}
+
+void TestPanel::singleImageRefusalsAreTold_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QString>("logLine");
+    QTest::newRow("not an image") << QByteArray("no image") << "critical|Load Image|%1 failed!"
+                                  << "2|Loading image '%1' failed.";
+    QImage mono(8, 4, QImage::Format_Mono);
+    mono.fill(1);
+    QBuffer bitmap;
+    QVERIFY(bitmap.open(QIODevice::WriteOnly) && mono.save(&bitmap, "BMP"));
+    QTest::newRow("1-bit bitmap") << bitmap.data() << "information|Load Image|%1: image format not supported!"
+                                  << "2|Loading '%1': Image format not supported.";
+}
+
+void TestPanel::singleImageRefusalsAreTold()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, message);
+    QFETCH(QString, logLine);
+    const QString path = m_dir.filePath(QString("refused-%1.bmp").arg(QTest::currentDataTag()));
+    QVERIFY(writeFile(path, content));
+    Rig rig(m_session);
+    QVERIFY(rig.bind(kMonoFile));
+    rig.dialogs.openFileNames = QStringList{path};
+    click(rig.panel, "btnAddDarkImage");
+    QCOMPARE(rig.dialogs.messages(), QStringList{message.arg(path)});
+    QVERIFY(rig.logLines().contains(logLine.arg(path)));
+    QCOMPARE(rig.panel.darkParams().count, 0u);
+}
+
+void TestPanel::mapActionsWithoutAMapOrBeyondTheMaximum()
+{
+    Rig rig(m_session);
+    QVERIFY(rig.bind("SRM0001"));
+    activateSlot(rig.panel, 1);
+    // Nothing generated: the upload says so instead of asking.
+    QVERIFY(QMetaObject::invokeMethod(&rig.panel, "on_btnUploadMapToCam_clicked"));
+    QCOMPARE(rig.dialogs.messages(), QStringList{"information|Upload Defect Pixel Map|Upload failed: empty map"});
+    QCOMPARE(rig.logLines().last(), QString("2|Upload failed: empty map!"));
+
+    // The factory slot holds more entries than the camera says fit: its download is refused.
+    rig.dialogs.calls.clear();
+    activateSlot(rig.panel, 0);
+    rig.dialogs.saveFileName = QStringList{m_dir.filePath("factory")};
+    click(rig.panel, "btnDownloadMapToFile");
+    QCOMPARE(rig.dialogs.messages().value(0), QString("critical|Download Map From Camera|Download failed: invalid map size!"));
+    QVERIFY(rig.logLines().contains("2|Download failed: invalid map size!"));
 }
 
 QTEST_MAIN(TestPanel)
