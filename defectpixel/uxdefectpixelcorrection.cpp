@@ -11,42 +11,46 @@
 #include "thresholdinput.h"
 #include "uxcamera.h"
 #include "uxdialogs.h"
+#include "uxmapstatus.h"
+#include "uxpanelmessages.h"
+#include "uxseriescapture.h"
 #include "uxsettings.h"
 
 #include <QApplication>
-#include <QDir>
-#include <QFileInfo>
-#include <QProgressDialog>
+#include <QShortcut>
 
 namespace {
 
 constexpr int kAbsoluteThresholdLimit = 255;
 constexpr int kRelativeThresholdLimit = 100;
+const QSize kMeanMinimum(160, 120);
 
 } // namespace
 
 UXCDefectPixelCorrection::UXCDefectPixelCorrection(QWidget* parent)
     : QWidget(parent)
     , ui(std::make_unique<Ui::UXCDefectPixelCorrection>())
-    , m_defaultDialogs(std::make_unique<UXCDialogs>())
+    , m_messages(std::make_unique<UXCPanelMessages>(
+          this, [this](const QString& text, LogType type) { emit sendLogMessage(text, type); },
+          [this](const QString& text, LogType type) { emit actionOutcome(text, type); }))
 {
     qRegisterMetaType<LogType>("LogType");
     ui->setupUi(this);
+    m_fileTasks = new UXCFileTaskRunner(this, *m_messages, [this] { return fileSlots(); });
+    m_mapStatus = new UXCMapStatus({this, ui->txtDefectPixelCount, ui->horizontalLayout, ui->cmbDefectPixelMapSelector,
+                                    ui->btnUploadMapToCam, ui->btnUploadLocalMap},
+                                   *m_messages);
+    m_capture = new UXCSeriesCapture(this, ui->verticalLayout, ui->verticalLayout_4, *m_messages);
 
     connect(ui->listDarkImagePath, &QListWidget::itemSelectionChanged, this,
             [this] { ui->btnDeleteDarkImage->setEnabled(!ui->listDarkImagePath->selectedItems().isEmpty()); });
     connect(ui->listBrightImagePath, &QListWidget::itemSelectionChanged, this,
             [this] { ui->btnDeleteBrightImage->setEnabled(!ui->listBrightImagePath->selectedItems().isEmpty()); });
-    connect(&m_fileTaskWatcher, &QFutureWatcher<bool>::finished, this, &UXCDefectPixelCorrection::finishFileTask);
-    m_finishFileTaskConnected = true;
-    // Reset takes finishFileTask off the watcher for good; this keeps a later
-    // transfer from leaving the progress window open and the buttons disabled.
-    connect(&m_fileTaskWatcher, &QFutureWatcher<bool>::finished, this,
-            &UXCDefectPixelCorrection::releaseAfterUntrackedTask);
+    connect(m_fileTasks, &UXCFileTaskRunner::ended, this, &UXCDefectPixelCorrection::finishFileTask);
     connect(ui->cmbDefectPixelMapSelector, QOverload<int>::of(&QComboBox::activated), this,
             &UXCDefectPixelCorrection::enableButtons);
-    setupFeedback();
-    bindCaptureControls();
+    connect(m_capture, &UXCSeriesCapture::frameCaptured, this, &UXCDefectPixelCorrection::addCapturedImage);
+    setupKeyboard();
     m_viewerBinding = std::make_unique<DefectViewerBinding>(DefectViewerBinding::PanelParts{
         this, ui->lblMeanImageDark, ui->lblMeanImageBright, ui->txtAbsoluteThreshold, ui->txtRelativeThreshold,
         ui->horizontalLayout});
@@ -57,6 +61,35 @@ UXCDefectPixelCorrection::~UXCDefectPixelCorrection()
     Reset();
 }
 
+void UXCDefectPixelCorrection::setupKeyboard()
+{
+    // The mean images stay large enough to judge whatever the docks take.
+    ui->frameMeanImageDark->setMinimumSize(kMeanMinimum);
+    ui->frameMeanImageBright->setMinimumSize(kMeanMinimum);
+
+    // Mnemonics on the same words the form shows.
+    ui->btnCloseCamera->setText(tr("Cl&ose Camera"));
+    ui->btnAddDarkImage->setText(tr("&Add"));
+    ui->btnDeleteDarkImage->setText(tr("&Delete"));
+    ui->btnAddBrightImage->setText(tr("&Add"));
+    ui->btnDeleteBrightImage->setText(tr("&Delete"));
+    ui->btnGenerateMap->setText(tr("&Generate Map"));
+    ui->btnUploadMapToCam->setText(tr("&Upload Generated Map To Camera"));
+    ui->btnSaveMapToFile->setText(tr("&Save Generated Map To File "));
+    ui->btnUploadLocalMap->setText(tr("Upload &Local Map To Camera"));
+    ui->btnDownloadMapToFile->setText(tr("Do&wnload Map To File"));
+
+    // Delete removes the selected images of the list that has the focus.
+    for (QListWidget* list : {ui->listDarkImagePath, ui->listBrightImagePath}) {
+        const int kind = list == ui->listDarkImagePath ? DarkSeries : BrightSeries;
+        auto* shortcut = new QShortcut(QKeySequence::Delete, list, nullptr, nullptr, Qt::WidgetShortcut);
+        connect(shortcut, &QShortcut::activated, this, [this, list, kind] {
+            if (!list->selectedItems().isEmpty())
+                deleteImages(kind);
+        });
+    }
+}
+
 void UXCDefectPixelCorrection::focusFirstAction()
 {
     ui->tabWidget->setCurrentIndex(0);
@@ -65,17 +98,42 @@ void UXCDefectPixelCorrection::focusFirstAction()
 
 void UXCDefectPixelCorrection::setDialogs(UXCDialogs* dialogs)
 {
-    m_dialogs = dialogs;
+    m_messages->setDialogs(dialogs);
 }
 
 UXCDialogs& UXCDefectPixelCorrection::dialogs() const
 {
-    return m_dialogs ? *m_dialogs : *m_defaultDialogs;
+    return m_messages->dialogs();
 }
 
 void UXCDefectPixelCorrection::log(const QString& message, LogType type)
 {
-    emit sendLogMessage(message, type);
+    m_messages->log(message, type);
+}
+
+void UXCDefectPixelCorrection::report(const QString& text, LogType type)
+{
+    m_messages->report(text, type);
+}
+
+void UXCDefectPixelCorrection::setMapStale(bool stale)
+{
+    m_mapStatus->setStale(stale);
+}
+
+bool UXCDefectPixelCorrection::isMapStale() const
+{
+    return m_mapStatus->isStale();
+}
+
+bool UXCDefectPixelCorrection::isFileTaskRunning() const
+{
+    return m_fileTasks->isRunning();
+}
+
+UXCFrameCaptureControl* UXCDefectPixelCorrection::captureControl(int kind) const
+{
+    return m_capture->control(kind);
 }
 
 void UXCDefectPixelCorrection::setEndianess(bool bigEndian)
@@ -93,7 +151,7 @@ bool UXCDefectPixelCorrection::Init(UxCamera* camera)
     m_features = camera->GetFeatureContainer();
     setEndianess(camera->IsBigEndian());
     m_saveImageDir = UXCSettings::getInstance()->Get("Directory", "SaveImageDir").toString();
-    bindCaptureCamera();
+    m_capture->bindCamera(*camera);
 
     const MapSlotProfile profile = inspectMapSlots(*camera);
     m_isColor = profile.color;
@@ -120,9 +178,7 @@ bool UXCDefectPixelCorrection::Init(UxCamera* camera)
     if (ui->cmbDefectPixelMapSelector->count() == 0)
         return false;
     ui->txtDefectPixelCount->clear();
-    setMapStale(false);
-    showMapNote(QString());
-    updateSlotHints();
+    m_mapStatus->clear();
     enableButtons();
     initTranferProgress();
     return true;
@@ -131,21 +187,8 @@ bool UXCDefectPixelCorrection::Init(UxCamera* camera)
 void UXCDefectPixelCorrection::Reset()
 {
     ++m_resets;
-    if (m_fileTask.isRunning())
-        m_fileTask.cancel();
-    m_fileTaskWatcher.waitForFinished();
-    // The end of this transfer is no longer reported below; a failed one may
-    // have left the camera's file open, and the camera must not keep it so.
-    if (m_fileTaskUnreported
-        && (m_fileTask.isCanceled() || m_fileTask.resultCount() == 0 || !m_fileTask.result()))
-        closeDeviceFile();
-    m_fileTaskUnreported = false;
-    stopCapture();
-    if (m_finishFileTaskConnected) {
-        disconnect(&m_fileTaskWatcher, &QFutureWatcher<bool>::finished, this,
-                   &UXCDefectPixelCorrection::finishFileTask);
-        m_finishFileTaskConnected = false;
-    }
+    m_fileTasks->stop();
+    m_capture->stop();
     m_mapSlots.reset();
     delete m_camera;
     m_camera = nullptr;
@@ -160,8 +203,7 @@ void UXCDefectPixelCorrection::Reset()
     m_mapSlotAvailable = false;
     m_map = DefectMap();
     ui->txtDefectPixelCount->clear();
-    setMapStale(false);
-    showMapNote(QString());
+    m_mapStatus->clear();
     m_chunkId = kDefaultChunkId;
     m_maxMapSize = kDefaultMaxMapSize;
     m_geometry = ImageGeometry();
@@ -220,6 +262,16 @@ void UXCDefectPixelCorrection::_deleteSelectedFiles(int kind)
         deleteImagefromParams(item->text(), kind);
         delete item;
     }
+}
+
+void UXCDefectPixelCorrection::addCapturedImage(const QString& path, int kind)
+{
+    QListWidget* list = kind == BrightSeries ? ui->listBrightImagePath : ui->listDarkImagePath;
+    if (!m_camera || !list->findItems(path, Qt::MatchExactly | Qt::MatchCaseSensitive).isEmpty())
+        return;
+    if (loadImagefromFile(path, kind))
+        list->addItem(path);
+    enableButtons();
 }
 
 void UXCDefectPixelCorrection::addImages(int kind)
@@ -365,8 +417,8 @@ bool UXCDefectPixelCorrection::generate(bool color)
         return true;
     QApplication::restoreOverrideCursor();
     if (m_generation == MapGeneration::NoMemory) {
-        dialogs().critical(this, tr("Generate Map"), tr("Generate map failed: out of memory!"));
-        log(tr("Generate map failed: out of memory!"), LogError);
+        m_messages->fail(tr("Generate Map"), tr("Generate map failed: out of memory!"),
+                         tr("Generate map failed: out of memory!"));
         return false;
     }
     dialogs().information(this, tr("Generate Map"), tr("Generate map failed: missing image parameters"));
@@ -414,7 +466,7 @@ void UXCDefectPixelCorrection::on_btnGenerateMap_clicked()
     ui->btnSaveMapToFile->setEnabled(false);
     ui->btnUploadMapToCam->setEnabled(false);
     const QString shownCount = ui->txtDefectPixelCount->text();
-    const bool wasStale = m_mapStale;
+    const bool wasStale = isMapStale();
     ui->txtDefectPixelCount->clear();
     setMapStale(false);
     const auto flaggedBefore = qulonglong(m_darkParams.defectCount) + m_brightParams.defectCount;
@@ -455,7 +507,7 @@ void UXCDefectPixelCorrection::on_btnGenerateMap_clicked()
     log(tr("Map successfully generated."), LogInfo);
     ui->btnSaveMapToFile->setEnabled(true);
     ui->txtDefectPixelCount->setText(QString::number(m_map.count()));
-    noteGeneratedMap(flagged);
+    m_mapStatus->noteGenerated(m_map.count(), m_maxMapSize, flagged);
     enableButtons();
     QApplication::restoreOverrideCursor();
 }
@@ -470,37 +522,19 @@ void UXCDefectPixelCorrection::on_btnCloseCamera_clicked()
 
 void UXCDefectPixelCorrection::initTranferProgress()
 {
-    if (!m_progressDialog) {
-        m_progressDialog = new QProgressDialog(this);
-        m_progressDialog->setWindowFlags(m_progressDialog->windowFlags() & ~Qt::WindowContextHelpButtonHint);
-        m_progressDialog->setWindowModality(Qt::WindowModal);
-        m_progressDialog->setWindowTitle(tr("Uploading Map..."));
-        m_progressDialog->setLabelText(tr("Uploading....."));
-        m_progressDialog->setCancelButton(nullptr);
-        m_progressDialog->setRange(0, 100);
-        m_progressDialog->setMinimumDuration(1);
-        m_progressDialog->cancel();
-        connect(m_progressDialog, &QProgressDialog::canceled, this, &UXCDefectPixelCorrection::cancelFileTask);
-    }
+    m_fileTasks->prepareProgressWindow();
     if (m_camera)
         connect(m_camera, &UxCamera::updateTransferProcess, this, &UXCDefectPixelCorrection::progressBar_valueChanged);
 }
 
 void UXCDefectPixelCorrection::progressBar_valueChanged(long remaining, QString fileName, QString fileOperation)
 {
-    if (m_transferTotal == 0) {
-        // Names the transfer; the window keeps its own label.
-        fileOperation.append(": ").append(fileName);
-        m_transferTotal = static_cast<unsigned int>(remaining);
-        if (m_transferTotal == 0)
-            return;
-    }
-    if (!m_progressDialog)
-        return;
-    if (remaining != 0) {
-        const qint64 total = m_transferTotal;
-        m_progressDialog->setValue(int((total - qint64(remaining)) * 100 / total));
-    } else {
-        emit m_progressDialog->finished(100);
-    }
+    m_fileTasks->showProgress(remaining, std::move(fileName), std::move(fileOperation));
+}
+
+void UXCDefectPixelCorrection::finishFileTask(const QString& transfer)
+{
+    enableButtons();
+    if (transfer.contains("Upload Local File"))
+        ui->btnUploadMapToCam->setEnabled(false);
 }

@@ -9,27 +9,24 @@
 #include "logtype.h"
 #include "mapformat.h"
 #include "mapslots.h"
+#include "uxfiletaskrunner.h"
 
-#include <QFuture>
-#include <QFutureWatcher>
 #include <QString>
 #include <QVariant>
 #include <QWidget>
 
-#include <atomic>
-#include <functional>
 #include <memory>
 #include <vector>
 
-class QLabel;
 class QListWidgetItem;
-struct LocalMapCheck;
-class QProgressDialog;
 class QSettings;
 class DefectViewerBinding;
 class FileAccessMapSlots;
 class UXCDialogs;
 class UXCFrameCaptureControl;
+class UXCMapStatus;
+class UXCPanelMessages;
+class UXCSeriesCapture;
 class UxCamera;
 class UxCameraFeature;
 
@@ -119,8 +116,8 @@ public:
     int revision() const { return m_revision; }
     int chunkId() const { return m_chunkId; }
     bool isBigEndian() const { return m_bigEndian; }
-    bool isFileTaskRunning() const { return m_fileTask.isRunning(); }
-    bool isMapStale() const { return m_mapStale; }
+    bool isFileTaskRunning() const;
+    bool isMapStale() const;
 
     // The transfer routines whose refusals are worded alike.
     enum class TransferRoutine { EntryUpload, WordUpload, EntryDownload, WordDownload };
@@ -156,7 +153,10 @@ private slots:
     void on_btnSaveMapToFile_clicked();
     void on_btnUploadLocalMap_clicked();
     void on_btnDownloadMapToFile_clicked();
-    void finishFileTask();
+    // transfer is empty when the end went unreported.
+    void finishFileTask(const QString& transfer);
+    // A captured frame enters its series as a chosen bitmap file does.
+    void addCapturedImage(const QString& path, int kind);
 
 private:
     bool generate(bool color);
@@ -169,35 +169,15 @@ private:
     bool selectedSlotNumber(QVariant& slot);
     bool selectMapByName(const QString& name);
     bool typedMap() const;
-    void startFileTask(const QString& transferName, const std::function<bool()>& task);
-    void releaseAfterUntrackedTask();
-    // Stops a running file-access transfer before its next block.
-    void cancelFileTask();
-    // Hides the progress window and takes its Cancel button away again.
-    void resetProgressWindow();
-    void closeDeviceFile();
+    // Starts a file-access transfer; the transfer buttons wait for its end.
+    void startFileTask(UXCFileTaskRunner::Task task);
     void log(const QString& message, LogType type);
     UXCDialogs& dialogs() const;
-    // Capture from the camera (uxdefectpixelcorrection_capture.cpp).
-    void bindCaptureControls();
-    void bindCaptureCamera();
-    void stopCapture();
-    void addCapturedImage(const QString& path, int kind);
-    void finishCapture(int kind, int end, int frames, const QString& message);
-
-    // Feedback beside the log lines (uxdefectpixelcorrection_feedback.cpp).
-    void setupFeedback();
     void report(const QString& text, LogType type);
-    void showMapNote(const QString& text);
     void setMapStale(bool stale);
-    bool confirmStaleUpload();
-    void noteGeneratedMap(unsigned int flagged);
-    bool isFactorySlotSelected() const;
-    void updateSlotHints();
-    bool refuseFactorySlot(const QString& title, const QString& failedLine);
+    // Mnemonics, the Delete key and sizes beside what the form sets.
+    void setupKeyboard();
     bool sensorSize(unsigned int& width, unsigned int& height) const;
-    bool confirmLocalMap(const LocalMapCheck& check, const QString& fileName, const QString& slot,
-                         unsigned int width, unsigned int height);
 
     std::unique_ptr<Ui::UXCDefectPixelCorrection> ui;
     UxCamera* m_camera = nullptr;
@@ -218,23 +198,14 @@ private:
     QString m_saveImageDir;
     QString m_mapDir;
     bool m_isColor = false;
-    QFuture<bool> m_fileTask;
-    QFutureWatcher<bool> m_fileTaskWatcher;
-    unsigned int m_transferTotal = 0;
     unsigned int m_resets = 0; // tells a running image batch that the panel was reset
-    QProgressDialog* m_progressDialog = nullptr;
 
     DefectMatchPatterns m_patterns;
-    std::unique_ptr<UXCDialogs> m_defaultDialogs;
-    UXCDialogs* m_dialogs = nullptr;
-    bool m_finishFileTaskConnected = false;
-    bool m_fileTaskUnreported = false; // a transfer was started; nobody has looked at its end yet
-    std::atomic<bool> m_fileTaskCancelled{false}; // the running transfer was cancelled by the user
-    bool m_mapStale = false;       // inputs changed after the shown map was generated
-    QLabel* m_mapNote = nullptr;   // out-of-date or cut-short note beside the count
-    QString m_savedFile;           // file the last save wrote, empty when cancelled
-    std::function<QString()> m_transferSuccess; // status line of the running file task when it succeeds
-    UXCFrameCaptureControl* m_captureDark = nullptr;
-    UXCFrameCaptureControl* m_captureBright = nullptr;
+    QString m_savedFile; // file the last save wrote, empty when cancelled
+    std::unique_ptr<UXCPanelMessages> m_messages;
+    // Children of the panel.
+    UXCFileTaskRunner* m_fileTasks = nullptr;
+    UXCMapStatus* m_mapStatus = nullptr;
+    UXCSeriesCapture* m_capture = nullptr;
     std::unique_ptr<DefectViewerBinding> m_viewerBinding;
 };

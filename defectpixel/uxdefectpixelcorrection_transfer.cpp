@@ -8,20 +8,19 @@
 #include "mapformat.h"
 #include "registermapslots.h"
 #include "uxcamera.h"
+#include "uxcamerafeature.h"
 #include "uxdialogs.h"
+#include "uxmapstatus.h"
+#include "uxpanelmessages.h"
 #include "uxsettings.h"
 
 #include <QApplication>
 #include <QFile>
 #include <QFileInfo>
-#include <QProgressDialog>
-#include <QtConcurrent>
 
 #include <climits>
-#include <utility>
 
 namespace {
-
 
 // Register transfers run on the GUI thread, entry by entry; the cursor says the
 // window is busy. Scoped so that no message box ever shows under it.
@@ -332,11 +331,11 @@ void UXCDefectPixelCorrection::on_btnUploadMapToCam_clicked()
         log(tr("Upload failed: empty map!"), LogError);
         return;
     }
-    if (refuseFactorySlot(title, tr("Upload Map %1.").arg(tr(" failed"))) || !confirmStaleUpload())
+    if (m_mapStatus->refuseFactorySlot(m_registerMode, title, tr("Upload Map %1.").arg(tr(" failed")))
+        || !m_mapStatus->confirmStaleUpload())
         return;
     const QString name = ui->cmbDefectPixelMapSelector->currentText();
-    const QString question = tr("The uploaded map would overwrite the selected map '%1'.\nStart upload?").arg(name);
-    if (dialogs().question(this, title, question, QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes)
+    if (!m_messages->ask(title, tr("The uploaded map would overwrite the selected map '%1'.\nStart upload?").arg(name)))
         return;
     const QString success = tr("Uploaded %n entry(s) to %1.", nullptr, int(m_map.count())).arg(name);
 
@@ -347,33 +346,30 @@ void UXCDefectPixelCorrection::on_btnUploadMapToCam_clicked()
         report(uploaded ? success : tr("Upload to %1 failed.").arg(name), uploaded ? LogInfo : LogError);
         return;
     }
-    m_transferSuccess = [success] { return success; };
-    std::vector<unsigned char> container =
+    const std::vector<unsigned char> container =
         buildDefPixContainerBuffer(static_cast<unsigned int>(m_revision), static_cast<ge3_chunk_id_t>(m_chunkId),
                                    m_map.count(), m_map.data(), m_geometry.width, m_geometry.pixelCount);
-    FileAccessMapSlots* files = fileSlots();
-    startFileTask(tr("Upload Generated Map"), [this, files, container, name] {
-        long written = 0;
-        const MapTransfer outcome = files->uploadContainer(container, name, written);
-        const bool uploaded = outcome == MapTransfer::Done;
-        m_fileTaskCancelled = outcome == MapTransfer::Cancelled;
-        log(tr("Upload Generated Map '%1'%2: %3 bytes written.")
-                .arg(name, uploaded ? QString() : tr(" failed"))
-                .arg(written),
-            uploaded ? LogInfo : LogError);
-        return uploaded;
-    });
+    startFileTask({tr("Upload Generated Map"), name,
+                   [container, name](FileAccessMapSlots& files, long& written) {
+                       return files.uploadContainer(container, name, written);
+                   },
+                   [name](bool uploaded, long written) {
+                       return tr("Upload Generated Map '%1'%2: %3 bytes written.")
+                           .arg(name, uploaded ? QString() : tr(" failed"))
+                           .arg(written);
+                   },
+                   [success] { return success; },
+                   {}});
 }
 
 void UXCDefectPixelCorrection::on_btnUploadLocalMap_clicked()
 {
     const QString title = tr("Upload Local Map");
-    if (refuseFactorySlot(title, tr("Upload Local Map %1.").arg(tr(" failed"))))
+    if (m_mapStatus->refuseFactorySlot(m_registerMode, title, tr("Upload Local Map %1.").arg(tr(" failed"))))
         return;
     const QString name = ui->cmbDefectPixelMapSelector->currentText();
-    const QString question =
-        tr("The uploaded map would overwrite the selected map '%1'.\nDo you want to proceed?").arg(name);
-    if (dialogs().question(this, title, question, QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes)
+    if (!m_messages->ask(title,
+                         tr("The uploaded map would overwrite the selected map '%1'.\nDo you want to proceed?").arg(name)))
         return;
 
     if (m_registerMode) {
@@ -386,7 +382,8 @@ void UXCDefectPixelCorrection::on_btnUploadLocalMap_clicked()
         sensorSize(width, height);
         // The file is judged before the map is loaded: nothing reaches the slot unseen.
         if (!file.isEmpty()
-            && !confirmLocalMap(checkLocalTextMap(file, width, height, m_maxMapSize), file, name, width, height))
+            && !m_messages->confirmLocalMap(checkLocalTextMap(file, width, height, m_maxMapSize), file, name, width,
+                                            height))
             return;
         if (file.isEmpty() || !loadMapFile(file, map.data(), count)) {
             log(tr("Upload Map: loading local map failed!"), LogError);
@@ -412,22 +409,20 @@ void UXCDefectPixelCorrection::on_btnUploadLocalMap_clicked()
     unsigned int height = 0;
     sensorSize(width, height);
     const LocalMapCheck check = checkLocalContainerMap(path, static_cast<unsigned int>(m_revision), width, height);
-    if (!confirmLocalMap(check, path, name, width, height))
+    if (!m_messages->confirmLocalMap(check, path, name, width, height))
         return;
     const QString success = tr("Uploaded %n entry(s) to %1.", nullptr, int(check.entries.size())).arg(name);
-    m_transferSuccess = [success] { return success; };
-    FileAccessMapSlots* files = fileSlots();
-    startFileTask(tr("Upload Local File"), [this, files, path, name] {
-        long written = 0;
-        const MapTransfer outcome = files->uploadLocalFile(path, name, written);
-        const bool uploaded = outcome == MapTransfer::Done;
-        m_fileTaskCancelled = outcome == MapTransfer::Cancelled;
-        log(tr("Upload Local File '%1'%2: %3 bytes written.")
-                .arg(name, uploaded ? QString() : tr(" failed"))
-                .arg(written),
-            uploaded ? LogInfo : LogError);
-        return uploaded;
-    });
+    startFileTask({tr("Upload Local File"), name,
+                   [path, name](FileAccessMapSlots& files, long& written) {
+                       return files.uploadLocalFile(path, name, written);
+                   },
+                   [name](bool uploaded, long written) {
+                       return tr("Upload Local File '%1'%2: %3 bytes written.")
+                           .arg(name, uploaded ? QString() : tr(" failed"))
+                           .arg(written);
+                   },
+                   [success] { return success; },
+                   {}});
     const QString chosenDir = QFileInfo(path).absolutePath();
     if (chosenDir != dir)
         UXCSettings::getInstance()->Set("Directory", "PDCSettingsFileDir", chosenDir);
@@ -460,101 +455,42 @@ void UXCDefectPixelCorrection::on_btnDownloadMapToFile_clicked()
     if (!path.endsWith(".bin", Qt::CaseInsensitive))
         path += ".bin";
     const unsigned int revision = static_cast<unsigned int>(m_revision);
-    m_transferSuccess = [this, path, name, revision] {
-        const LocalMapCheck got = checkLocalContainerMap(path, revision, UINT_MAX, UINT_MAX);
-        m_viewerBinding->showDownloadedMap(got.entries, name);
-        return tr("Downloaded %n entry(s) from %1 to %2.", nullptr, int(got.entries.size())).arg(name, path);
-    };
-    FileAccessMapSlots* files = fileSlots();
-    startFileTask(tr("Download"), [this, files, path, name] {
-        long read = 0;
-        const MapTransfer outcome = files->download(path, name, read);
-        const bool downloaded = outcome == MapTransfer::Done;
-        m_fileTaskCancelled = outcome == MapTransfer::Cancelled;
-        if (m_fileTaskCancelled)
-            QFile::remove(path);
-        log(tr("Download device file %1: %2 bytes written.").arg(name).arg(read), downloaded ? LogInfo : LogError);
-        return downloaded;
-    });
+    startFileTask({tr("Download"), name,
+                   [path, name](FileAccessMapSlots& files, long& read) { return files.download(path, name, read); },
+                   [name](bool, long read) { return tr("Download device file %1: %2 bytes written.").arg(name).arg(read); },
+                   [this, path, name, revision] {
+                       const LocalMapCheck got = checkLocalContainerMap(path, revision, UINT_MAX, UINT_MAX);
+                       m_viewerBinding->showDownloadedMap(got.entries, name);
+                       return tr("Downloaded %n entry(s) from %1 to %2.", nullptr, int(got.entries.size()))
+                           .arg(name, path);
+                   },
+                   [path] { QFile::remove(path); }});
 }
 
 // File tasks
 
-void UXCDefectPixelCorrection::startFileTask(const QString& transferName, const std::function<bool()>& task)
+void UXCDefectPixelCorrection::startFileTask(UXCFileTaskRunner::Task task)
 {
-    // One transfer at a time: the device file and the progress belong to it.
-    if (!m_camera || m_fileTask.isRunning())
+    if (!m_camera || !m_fileTasks->start(std::move(task)))
         return;
     ui->btnUploadMapToCam->setEnabled(false);
     ui->btnUploadLocalMap->setEnabled(false);
     ui->btnDownloadMapToFile->setEnabled(false);
-    m_fileTaskWatcher.setObjectName(transferName);
-    m_fileTaskUnreported = true;
-    m_fileTaskCancelled = false;
-    // File-access transfers of many blocks can be stopped between two blocks.
-    if (m_progressDialog && fileSlots())
-        m_progressDialog->setCancelButtonText(tr("&Cancel"));
-    m_fileTask = QtConcurrent::run(task);
-    m_fileTaskWatcher.setFuture(m_fileTask);
 }
 
-void UXCDefectPixelCorrection::closeDeviceFile()
+bool UXCDefectPixelCorrection::sensorSize(unsigned int& width, unsigned int& height) const
 {
-    if (FileAccessMapSlots* files = fileSlots())
-        files->closeDeviceFile();
-}
-
-void UXCDefectPixelCorrection::finishFileTask()
-{
-    m_fileTaskUnreported = false;
-    const QString transfer = m_fileTaskWatcher.objectName();
-    const QString title = tr("File Access");
-    const auto success = std::exchange(m_transferSuccess, nullptr);
-    if (m_fileTaskCancelled) {
-        const QString slot = ui->cmbDefectPixelMapSelector->currentText();
-        const QString text = transfer.startsWith(QLatin1String("Upload"))
-                                 ? tr("%1 cancelled; the slot %2 keeps its previous map.").arg(transfer, slot)
-                                 : tr("%1 cancelled; the incomplete file was removed.").arg(transfer);
-        log(text, LogWarning);
-        report(text, LogWarning);
-        dialogs().information(this, title, text);
-        closeDeviceFile();
-    } else if (!m_fileTaskWatcher.isCanceled() && m_fileTaskWatcher.result()) {
-        report(success ? success() : tr("%1 done.").arg(transfer), LogInfo);
-        dialogs().information(this, title, tr("%1 task has been successfully done.").arg(transfer));
-    } else {
-        report(tr("%1 failed.").arg(transfer), LogError);
-        dialogs().critical(this, title, tr("%1 Error occurs during File Access.").arg(transfer));
-        closeDeviceFile();
-    }
-    enableButtons();
-    resetProgressWindow();
-    if (transfer.contains("Upload Local File"))
-        ui->btnUploadMapToCam->setEnabled(false);
-}
-
-void UXCDefectPixelCorrection::releaseAfterUntrackedTask()
-{
-    if (m_finishFileTaskConnected)
-        return;
-    m_fileTaskUnreported = false;
-    // Unreported, a failed transfer may still have left the camera's file open.
-    if (m_fileTaskWatcher.isCanceled() || !m_fileTaskWatcher.result())
-        closeDeviceFile();
-    enableButtons();
-    resetProgressWindow();
-}
-
-void UXCDefectPixelCorrection::cancelFileTask()
-{
-    if (FileAccessMapSlots* files = fileSlots(); files && m_fileTask.isRunning())
-        files->cancel();
-}
-
-void UXCDefectPixelCorrection::resetProgressWindow()
-{
-    if (!m_progressDialog)
-        return;
-    m_progressDialog->reset();
-    m_progressDialog->setCancelButton(nullptr);
+    QVariant w;
+    QVariant h;
+    const bool known = m_features
+                       && ((m_features->GetValue("WidthMax", w) && m_features->GetValue("HeightMax", h))
+                           || (m_features->GetValue("Width", w) && m_features->GetValue("Height", h)));
+    width = w.toUInt();
+    height = h.toUInt();
+    if (known && width > 0 && height > 0)
+        return true;
+    // Without a size only the other checks can be made.
+    width = UINT_MAX;
+    height = UINT_MAX;
+    return false;
 }

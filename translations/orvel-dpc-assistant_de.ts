@@ -542,7 +542,10 @@ ZEB_GEV_ADDRESSES beschränkt die GigE-Vision-Suche auf die angegebenen Adressen
     </message>
     <message numerus="yes">
         <source>%n camera(s) found.</source>
-        <translation><numerusform>%n Kamera gefunden.</numerusform><numerusform>%n Kameras gefunden.</numerusform></translation>
+        <translation>
+            <numerusform>%n Kamera gefunden.</numerusform>
+            <numerusform>%n Kameras gefunden.</numerusform>
+        </translation>
     </message>
     <message>
         <source>The camera is busy: another application holds it (no full access).</source>
@@ -626,45 +629,6 @@ ZEB_GEV_ADDRESSES beschränkt die GigE-Vision-Suche auf die angegebenen Adressen
     <message>
         <source>&amp;Close Camera</source>
         <translation>Kamera &amp;schließen</translation>
-    </message>
-<message>
-        <source>Open Selected Camera</source>
-        <translation>Ausgewählte Kamera öffnen</translation>
-    </message>
-    <message>
-        <source>Refresh</source>
-        <translation>Aktualisieren</translation>
-    </message>
-    <message>
-        <source>Close Camera</source>
-        <translation>Kamera schließen</translation>
-    </message>
-    </context>
-<context>
-    <name>ImageSeries</name>
-    <message>
-        <source>The file is empty.</source>
-        <translation>Die Datei ist leer.</translation>
-    </message>
-    <message>
-        <source>The file is truncated: its pixel data is cut short.</source>
-        <translation>Die Datei ist abgeschnitten: ihre Bilddaten sind unvollständig.</translation>
-    </message>
-    <message>
-        <source>Not a readable bitmap.</source>
-        <translation>Keine lesbare Bitmap.</translation>
-    </message>
-    <message>
-        <source>Bit depth %1 is not supported for this camera.</source>
-        <translation>Die Bittiefe %1 wird für diese Kamera nicht unterstützt.</translation>
-    </message>
-    <message>
-        <source>Size %1×%2 differs from the series' %3×%4.</source>
-        <translation>Die Größe %1×%2 weicht von der Größe der Serie (%3×%4) ab.</translation>
-    </message>
-    <message>
-        <source>Not enough memory for the series.</source>
-        <translation>Nicht genug Speicher für die Serie.</translation>
     </message>
 </context>
 <context>
@@ -958,6 +922,83 @@ Fügen Sie im Assistenten dunkle oder helle Bilder hinzu; ihr Mittelwertbild und
     </message>
 </context>
 <context>
+    <name>FrameCapture</name>
+    <message>
+        <source>No camera is open.</source>
+        <translation>Es ist keine Kamera geöffnet.</translation>
+    </message>
+    <message>
+        <source>The camera has no image stream to capture from.</source>
+        <translation>Die Kamera hat keinen Bildstrom, aus dem aufgenommen werden kann.</translation>
+    </message>
+    <message>
+        <source>The camera's pixel format %1 cannot be captured; Mono and Bayer formats of 8, 10, 12 or 16 bits can.</source>
+        <translation>Das Pixelformat %1 der Kamera kann nicht aufgenommen werden; Mono- und Bayer-Formate mit 8, 10, 12 oder 16 Bit können es.</translation>
+    </message>
+    <message>
+        <source>The camera refused %1 = %2.</source>
+        <translation>Die Kamera hat %1 = %2 abgelehnt.</translation>
+    </message>
+    <message>
+        <source>The camera was disconnected during frame %1.</source>
+        <translation>Die Kamera wurde während Bild %1 getrennt.</translation>
+    </message>
+    <message>
+        <source>Frame %1 could not be acquired (error: %2).</source>
+        <translation>Bild %1 konnte nicht aufgenommen werden (Fehler: %2).</translation>
+    </message>
+    <message>
+        <source>Frame %1 has a pixel format that cannot be captured.</source>
+        <translation>Bild %1 hat ein Pixelformat, das nicht aufgenommen werden kann.</translation>
+    </message>
+    <message>
+        <source>Frame %1 timed out twice.</source>
+        <translation>Bild %1 hat zweimal die Zeit überschritten.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n frame(s) were kept.</source>
+        <translation>
+            <numerusform>%n Bild wurde behalten.</numerusform>
+            <numerusform>%n Bilder wurden behalten.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The bright level is %1 % of full scale; light the sensor evenly to 30 to 80 %, about half of full scale.</source>
+        <translation>Der Hellpegel liegt bei %1 % des Vollausschlags; beleuchten Sie den Sensor gleichmäßig auf 30 bis 80 %, etwa die Hälfte des Vollausschlags.</translation>
+    </message>
+    <message>
+        <source>The dark level is %1 % of full scale, not near black; cover the lens.</source>
+        <translation>Der Dunkelpegel liegt bei %1 % des Vollausschlags, nicht nahe Schwarz; decken Sie das Objektiv ab.</translation>
+    </message>
+</context>
+<context>
+    <name>ImageSeries</name>
+    <message>
+        <source>The file is empty.</source>
+        <translation>Die Datei ist leer.</translation>
+    </message>
+    <message>
+        <source>The file is truncated: its pixel data is cut short.</source>
+        <translation>Die Datei ist abgeschnitten: ihre Bilddaten sind unvollständig.</translation>
+    </message>
+    <message>
+        <source>Not a readable bitmap.</source>
+        <translation>Keine lesbare Bitmap.</translation>
+    </message>
+    <message>
+        <source>Bit depth %1 is not supported for this camera.</source>
+        <translation>Die Bittiefe %1 wird für diese Kamera nicht unterstützt.</translation>
+    </message>
+    <message>
+        <source>Size %1×%2 differs from the series' %3×%4.</source>
+        <translation>Die Größe %1×%2 weicht von der Größe der Serie (%3×%4) ab.</translation>
+    </message>
+    <message>
+        <source>Not enough memory for the series.</source>
+        <translation>Nicht genug Speicher für die Serie.</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
         <source>Defect Pixel Correction Assistant</source>
@@ -970,18 +1011,6 @@ Fügen Sie im Assistenten dunkle oder helle Bilder hinzu; ihr Mittelwertbild und
 </context>
 <context>
     <name>UXCDefectPixelCorrection</name>
-    <message>
-        <source>%1 cancelled; the incomplete file was removed.</source>
-        <translation>%1 abgebrochen; die unvollständige Datei wurde entfernt.</translation>
-    </message>
-    <message>
-        <source>%1 cancelled; the slot %2 keeps its previous map.</source>
-        <translation>%1 abgebrochen; der Slot %2 behält seine bisherige Karte.</translation>
-    </message>
-    <message>
-        <source>&amp;Cancel</source>
-        <translation>&amp;Abbrechen</translation>
-    </message>
     <message>
         <source>Generate map failed: out of memory.</source>
         <translation>Karte erzeugen fehlgeschlagen: kein Speicher mehr.</translation>
@@ -1157,14 +1186,6 @@ Fügen Sie im Assistenten dunkle oder helle Bilder hinzu; ihr Mittelwertbild und
     <message>
         <source>Map successfully generated.</source>
         <translation>Karte erfolgreich erzeugt.</translation>
-    </message>
-    <message>
-        <source>Uploading Map...</source>
-        <translation>Karte wird hochgeladen...</translation>
-    </message>
-    <message>
-        <source>Uploading.....</source>
-        <translation>Hochladen.....</translation>
     </message>
     <message>
         <source>The camera reports an implausible maximal map size: %1.</source>
@@ -1399,18 +1420,6 @@ Möchten Sie fortfahren?</translation>
         <translation>Gerätedatei %1 herunterladen: %2 Bytes geschrieben.</translation>
     </message>
     <message>
-        <source>File Access</source>
-        <translation>Dateizugriff</translation>
-    </message>
-    <message>
-        <source>%1 task has been successfully done.</source>
-        <translation>%1: Vorgang erfolgreich abgeschlossen.</translation>
-    </message>
-    <message>
-        <source>%1 Error occurs during File Access.</source>
-        <translation>%1: Fehler beim Dateizugriff.</translation>
-    </message>
-    <message>
         <source>%1: %2</source>
         <translation>%1: %2</translation>
     </message>
@@ -1448,10 +1457,6 @@ Möchten Sie fortfahren?</translation>
         <translation>Karte erzeugen fehlgeschlagen: Bildparameter fehlen.</translation>
     </message>
     <message>
-        <source>%1 (factory map)</source>
-        <translation>%1 (Werkskarte)</translation>
-    </message>
-    <message>
         <source>Cl&amp;ose Camera</source>
         <translation>Kamera schl&amp;ießen</translation>
     </message>
@@ -1484,12 +1489,162 @@ Möchten Sie fortfahren?</translation>
         <translation>Karte in Datei her&amp;unterladen</translation>
     </message>
     <message>
+        <source>Saving the map failed.</source>
+        <translation>Speichern der Karte fehlgeschlagen.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Map of %n entry(s) saved to %1.</source>
+        <translation>
+            <numerusform>Karte mit %n Eintrag in %1 gespeichert.</numerusform>
+            <numerusform>Karte mit %n Einträgen in %1 gespeichert.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Uploaded %n entry(s) to %1.</source>
+        <translation>
+            <numerusform>%n Eintrag nach %1 hochgeladen.</numerusform>
+            <numerusform>%n Einträge nach %1 hochgeladen.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Upload to %1 failed.</source>
+        <translation>Hochladen nach %1 fehlgeschlagen.</translation>
+    </message>
+    <message>
+        <source>Loading %1 failed.</source>
+        <translation>Laden von %1 fehlgeschlagen.</translation>
+    </message>
+    <message>
+        <source>Download from %1 failed.</source>
+        <translation>Herunterladen von %1 fehlgeschlagen.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Downloaded %n entry(s) from %1 to %2.</source>
+        <translation>
+            <numerusform>%n Eintrag von %1 nach %2 heruntergeladen.</numerusform>
+            <numerusform>%n Einträge von %1 nach %2 heruntergeladen.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>UXCFileTaskRunner</name>
+    <message>
+        <source>Uploading Map...</source>
+        <translation>Karte wird hochgeladen...</translation>
+    </message>
+    <message>
+        <source>Uploading.....</source>
+        <translation>Hochladen.....</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>&amp;Abbrechen</translation>
+    </message>
+    <message>
+        <source>File Access</source>
+        <translation>Dateizugriff</translation>
+    </message>
+    <message>
+        <source>%1 cancelled; the slot %2 keeps its previous map.</source>
+        <translation>%1 abgebrochen; der Slot %2 behält seine bisherige Karte.</translation>
+    </message>
+    <message>
+        <source>%1 cancelled; the incomplete file was removed.</source>
+        <translation>%1 abgebrochen; die unvollständige Datei wurde entfernt.</translation>
+    </message>
+    <message>
+        <source>%1 done.</source>
+        <translation>%1 erledigt.</translation>
+    </message>
+    <message>
+        <source>%1 task has been successfully done.</source>
+        <translation>%1: Vorgang erfolgreich abgeschlossen.</translation>
+    </message>
+    <message>
+        <source>%1 failed.</source>
+        <translation>%1 fehlgeschlagen.</translation>
+    </message>
+    <message>
+        <source>%1 Error occurs during File Access.</source>
+        <translation>%1: Fehler beim Dateizugriff.</translation>
+    </message>
+</context>
+<context>
+    <name>UXCFrameCaptureControl</name>
+    <message>
+        <source>Capture...</source>
+        <translation>Aufnehmen...</translation>
+    </message>
+    <message>
+        <source>No camera is open.</source>
+        <translation>Es ist keine Kamera geöffnet.</translation>
+    </message>
+    <message>
+        <source>Take the series from the camera.</source>
+        <translation>Die Serie mit der Kamera aufnehmen.</translation>
+    </message>
+    <message>
+        <source>Capture Bright Images</source>
+        <translation>Helle Bilder aufnehmen</translation>
+    </message>
+    <message>
+        <source>Capture Dark Images</source>
+        <translation>Dunkle Bilder aufnehmen</translation>
+    </message>
+    <message>
+        <source>Light the sensor evenly, at about half of full scale.</source>
+        <translation>Beleuchten Sie den Sensor gleichmäßig, auf etwa die Hälfte des Vollausschlags.</translation>
+    </message>
+    <message>
+        <source>Cover the lens, so that no light reaches the sensor.</source>
+        <translation>Decken Sie das Objektiv ab, sodass kein Licht auf den Sensor fällt.</translation>
+    </message>
+    <message>
+        <source>Frames:</source>
+        <translation>Bilder:</translation>
+    </message>
+    <message>
+        <source>Exposure time:</source>
+        <translation>Belichtungszeit:</translation>
+    </message>
+    <message>
+        <source>Gain:</source>
+        <translation>Verstärkung:</translation>
+    </message>
+    <message>
+        <source>Check Level</source>
+        <translation>Pegel prüfen</translation>
+    </message>
+    <message>
+        <source>Mean %1, spread %2.</source>
+        <translation>Mittelwert %1, Streuung %2.</translation>
+    </message>
+    <message>
+        <source>Capture</source>
+        <translation>Aufnahme</translation>
+    </message>
+    <message>
+        <source>Capturing frames...</source>
+        <translation>Bilder werden aufgenommen...</translation>
+    </message>
+</context>
+<context>
+    <name>UXCMapStatus</name>
+    <message>
+        <source>%1 (factory map)</source>
+        <translation>%1 (Werkskarte)</translation>
+    </message>
+    <message>
         <source>Out of date: the inputs changed since the map was generated. Generate the map again.</source>
         <translation>Veraltet: Die Eingaben haben sich seit dem Erzeugen der Karte geändert. Erzeugen Sie die Karte neu.</translation>
     </message>
     <message>
         <source>Map out of date: generate it again.</source>
         <translation>Karte veraltet: bitte neu erzeugen.</translation>
+    </message>
+    <message>
+        <source>Upload Defect Pixel Map</source>
+        <translation>Defektpixelkarte hochladen</translation>
     </message>
     <message>
         <source>The map was generated before the images or thresholds changed and is out of date.
@@ -1513,8 +1668,23 @@ Trotzdem hochladen?</translation>
         <translation>DefPixMap0 ist die Werkskarte: Sie ist schreibgeschützt, es können keine Karten dorthin hochgeladen werden.</translation>
     </message>
     <message>
+        <source>Upload failed: upload to factory map is protected!</source>
+        <translation>Hochladen fehlgeschlagen: Hochladen in die Werkskarte ist gesperrt!</translation>
+    </message>
+    <message>
+        <source>Upload Defect Pixel Map: upload to factory map is protected!</source>
+        <translation>Defektpixelkarte hochladen: Hochladen in die Werkskarte ist gesperrt!</translation>
+    </message>
+    <message>
         <source>Upload refused: DefPixMap0 is the read-only factory map.</source>
         <translation>Hochladen abgelehnt: DefPixMap0 ist die schreibgeschützte Werkskarte.</translation>
+    </message>
+</context>
+<context>
+    <name>UXCPanelMessages</name>
+    <message>
+        <source>Upload Local Map</source>
+        <translation>Lokale Karte hochladen</translation>
     </message>
     <message>
         <source>%1 is not a readable map file.</source>
@@ -1575,55 +1745,9 @@ Trotzdem hochladen?</translation>
         <source>Write them?</source>
         <translation>Schreiben?</translation>
     </message>
-    <message>
-        <source>Saving the map failed.</source>
-        <translation>Speichern der Karte fehlgeschlagen.</translation>
-    </message>
-    <message numerus="yes">
-        <source>Map of %n entry(s) saved to %1.</source>
-        <translation>
-            <numerusform>Karte mit %n Eintrag in %1 gespeichert.</numerusform>
-            <numerusform>Karte mit %n Einträgen in %1 gespeichert.</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>Uploaded %n entry(s) to %1.</source>
-        <translation>
-            <numerusform>%n Eintrag nach %1 hochgeladen.</numerusform>
-            <numerusform>%n Einträge nach %1 hochgeladen.</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>Upload to %1 failed.</source>
-        <translation>Hochladen nach %1 fehlgeschlagen.</translation>
-    </message>
-    <message>
-        <source>Loading %1 failed.</source>
-        <translation>Laden von %1 fehlgeschlagen.</translation>
-    </message>
-    <message>
-        <source>Download from %1 failed.</source>
-        <translation>Herunterladen von %1 fehlgeschlagen.</translation>
-    </message>
-    <message numerus="yes">
-        <source>Downloaded %n entry(s) from %1 to %2.</source>
-        <translation>
-            <numerusform>%n Eintrag von %1 nach %2 heruntergeladen.</numerusform>
-            <numerusform>%n Einträge von %1 nach %2 heruntergeladen.</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>%1 done.</source>
-        <translation>%1 erledigt.</translation>
-    </message>
-    <message>
-        <source>%1 failed.</source>
-        <translation>%1 fehlgeschlagen.</translation>
-    </message>
-<message>
-        <source>Capture</source>
-        <translation>Aufnahme</translation>
-    </message>
+</context>
+<context>
+    <name>UXCSeriesCapture</name>
     <message>
         <source>Captured %1 bright image(s).</source>
         <translation>%1 helle(s) Bild(er) aufgenommen.</translation>
@@ -1633,121 +1757,16 @@ Trotzdem hochladen?</translation>
         <translation>%1 dunkle(s) Bild(er) aufgenommen.</translation>
     </message>
     <message>
+        <source>Capture</source>
+        <translation>Aufnahme</translation>
+    </message>
+    <message>
         <source>Capture of bright images: %1</source>
         <translation>Aufnahme heller Bilder: %1</translation>
     </message>
     <message>
         <source>Capture of dark images: %1</source>
         <translation>Aufnahme dunkler Bilder: %1</translation>
-    </message>
-</context>
-<context>
-    <name>FrameCapture</name>
-    <message>
-        <source>No camera is open.</source>
-        <translation>Es ist keine Kamera geöffnet.</translation>
-    </message>
-    <message>
-        <source>The camera has no image stream to capture from.</source>
-        <translation>Die Kamera hat keinen Bildstrom, aus dem aufgenommen werden kann.</translation>
-    </message>
-    <message>
-        <source>The camera's pixel format %1 cannot be captured; Mono and Bayer formats of 8, 10, 12 or 16 bits can.</source>
-        <translation>Das Pixelformat %1 der Kamera kann nicht aufgenommen werden; Mono- und Bayer-Formate mit 8, 10, 12 oder 16 Bit können es.</translation>
-    </message>
-    <message>
-        <source>The camera refused %1 = %2.</source>
-        <translation>Die Kamera hat %1 = %2 abgelehnt.</translation>
-    </message>
-    <message>
-        <source>The camera was disconnected during frame %1.</source>
-        <translation>Die Kamera wurde während Bild %1 getrennt.</translation>
-    </message>
-    <message>
-        <source>Frame %1 could not be acquired (error: %2).</source>
-        <translation>Bild %1 konnte nicht aufgenommen werden (Fehler: %2).</translation>
-    </message>
-    <message>
-        <source>Frame %1 has a pixel format that cannot be captured.</source>
-        <translation>Bild %1 hat ein Pixelformat, das nicht aufgenommen werden kann.</translation>
-    </message>
-    <message>
-        <source>Frame %1 timed out twice.</source>
-        <translation>Bild %1 hat zweimal die Zeit überschritten.</translation>
-    </message>
-    <message numerus="yes">
-        <source>%n frame(s) were kept.</source>
-        <translation>
-            <numerusform>%n Bild wurde behalten.</numerusform>
-            <numerusform>%n Bilder wurden behalten.</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>The bright level is %1 % of full scale; light the sensor evenly to 30 to 80 %, about half of full scale.</source>
-        <translation>Der Hellpegel liegt bei %1 % des Vollausschlags; beleuchten Sie den Sensor gleichmäßig auf 30 bis 80 %, etwa die Hälfte des Vollausschlags.</translation>
-    </message>
-    <message>
-        <source>The dark level is %1 % of full scale, not near black; cover the lens.</source>
-        <translation>Der Dunkelpegel liegt bei %1 % des Vollausschlags, nicht nahe Schwarz; decken Sie das Objektiv ab.</translation>
-    </message>
-</context>
-<context>
-    <name>UXCFrameCaptureControl</name>
-    <message>
-        <source>Capture...</source>
-        <translation>Aufnehmen...</translation>
-    </message>
-    <message>
-        <source>No camera is open.</source>
-        <translation>Es ist keine Kamera geöffnet.</translation>
-    </message>
-    <message>
-        <source>Take the series from the camera.</source>
-        <translation>Die Serie mit der Kamera aufnehmen.</translation>
-    </message>
-    <message>
-        <source>Capture Bright Images</source>
-        <translation>Helle Bilder aufnehmen</translation>
-    </message>
-    <message>
-        <source>Capture Dark Images</source>
-        <translation>Dunkle Bilder aufnehmen</translation>
-    </message>
-    <message>
-        <source>Light the sensor evenly, at about half of full scale.</source>
-        <translation>Beleuchten Sie den Sensor gleichmäßig, auf etwa die Hälfte des Vollausschlags.</translation>
-    </message>
-    <message>
-        <source>Cover the lens, so that no light reaches the sensor.</source>
-        <translation>Decken Sie das Objektiv ab, sodass kein Licht auf den Sensor fällt.</translation>
-    </message>
-    <message>
-        <source>Frames:</source>
-        <translation>Bilder:</translation>
-    </message>
-    <message>
-        <source>Exposure time:</source>
-        <translation>Belichtungszeit:</translation>
-    </message>
-    <message>
-        <source>Gain:</source>
-        <translation>Verstärkung:</translation>
-    </message>
-    <message>
-        <source>Check Level</source>
-        <translation>Pegel prüfen</translation>
-    </message>
-    <message>
-        <source>Mean %1, spread %2.</source>
-        <translation>Mittelwert %1, Streuung %2.</translation>
-    </message>
-    <message>
-        <source>Capture</source>
-        <translation>Aufnahme</translation>
-    </message>
-    <message>
-        <source>Capturing frames...</source>
-        <translation>Bilder werden aufgenommen...</translation>
     </message>
 </context>
 </TS>

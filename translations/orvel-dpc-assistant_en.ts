@@ -31,12 +31,53 @@
         </translation>
     </message>
     <message numerus="yes">
+        <source>%n bright image(s) added.</source>
+        <translation>
+            <numerusform>%n bright image added.</numerusform>
+            <numerusform>%n bright images added.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n dark image(s) added.</source>
+        <translation>
+            <numerusform>%n dark image added.</numerusform>
+            <numerusform>%n dark images added.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Map of %n entry(s) saved to %1.</source>
+        <translation>
+            <numerusform>Map of %n entry saved to %1.</numerusform>
+            <numerusform>Map of %n entries saved to %1.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Uploaded %n entry(s) to %1.</source>
+        <translation>
+            <numerusform>Uploaded %n entry to %1.</numerusform>
+            <numerusform>Uploaded %n entries to %1.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Downloaded %n entry(s) from %1 to %2.</source>
+        <translation>
+            <numerusform>Downloaded %n entry from %1 to %2.</numerusform>
+            <numerusform>Downloaded %n entries from %1 to %2.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>UXCMapStatus</name>
+    <message numerus="yes">
         <source>Map generated: %n defect pixel(s).</source>
         <translation>
             <numerusform>Map generated: %n defect pixel.</numerusform>
             <numerusform>Map generated: %n defect pixels.</numerusform>
         </translation>
     </message>
+</context>
+<context>
+    <name>UXCPanelMessages</name>
     <message numerus="yes">
         <source>%1: %n entry(s) lie outside the sensor (%2 x %3).</source>
         <translation>
@@ -70,41 +111,6 @@
         <translation>
             <numerusform>%n entry will be written to &apos;%1&apos;</numerusform>
             <numerusform>%n entries will be written to &apos;%1&apos;</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%n bright image(s) added.</source>
-        <translation>
-            <numerusform>%n bright image added.</numerusform>
-            <numerusform>%n bright images added.</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%n dark image(s) added.</source>
-        <translation>
-            <numerusform>%n dark image added.</numerusform>
-            <numerusform>%n dark images added.</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>Map of %n entry(s) saved to %1.</source>
-        <translation>
-            <numerusform>Map of %n entry saved to %1.</numerusform>
-            <numerusform>Map of %n entries saved to %1.</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>Uploaded %n entry(s) to %1.</source>
-        <translation>
-            <numerusform>Uploaded %n entry to %1.</numerusform>
-            <numerusform>Uploaded %n entries to %1.</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>Downloaded %n entry(s) from %1 to %2.</source>
-        <translation>
-            <numerusform>Downloaded %n entry from %1 to %2.</numerusform>
-            <numerusform>Downloaded %n entries from %1 to %2.</numerusform>
         </translation>
     </message>
 </context>
