@@ -66,11 +66,11 @@ private slots:
     void uploadInBlocks();
     void uploadFault_data();
     void uploadFault();
-    void refusalShownOnlyInStatus();
+    void corruptMapIsRefusedAndOldMapStays_data();
+    void corruptMapIsRefusedAndOldMapStays();
     void smallFileBufferSetsTheBlock();
     void download_data();
     void download();
-    void fileAccessModes();
     void progressReachesGuiThreadQueued();
     void unplugMidTransferFails_data();
     void unplugMidTransferFails();
@@ -217,22 +217,42 @@ void TestFileTransfer::uploadFault()
     QCOMPARE(count, long(data.size()));
 }
 
-void TestFileTransfer::refusalShownOnlyInStatus()
+void TestFileTransfer::corruptMapIsRefusedAndOldMapStays_data()
 {
-    // The slot checks a map on its close: a broken one is refused, and the upload must say so.
-    UxCamera& target = *camera(kQuietFailures);
-    long count = -1;
-    std::vector<unsigned char> container = SimCameras::mapContainer(300, 0);
-    container[20] ^= 1; // the checksum no longer adds up
-    QVERIFY(!target.UploadBuffer(container, kSlot, kSlot, &count));
-    std::vector<SimControl::SimMapEntry> stored;
-    QCOMPARE(SimControl::GetStoredMap(kQuietFailures, 1, stored), ZebErrorSuccess);
-    QVERIFY(stored.empty());
+    QTest::addColumn<QByteArray>("id");
+    QTest::addColumn<int>("offset"); // of the flipped bit's byte; -1: cut short instead
+    QTest::newRow("magic") << QByteArray(kBigMap) << 0;
+    QTest::newRow("size field") << QByteArray(kBigMap) << 4;
+    QTest::newRow("checksum") << QByteArray(kBigMap) << 8;
+    QTest::newRow("chunk length") << QByteArray(kBigMap) << 16;
+    QTest::newRow("entry changed") << QByteArray(kBigMap) << 40;
+    QTest::newRow("cut short") << QByteArray(kBigMap) << -1;
+    // The slot checks a map on its close; this camera says so only in the status.
+    QTest::newRow("checksum, refusal only in status") << QByteArray(kQuietFailures) << 8;
+}
 
-    container[20] ^= 1;
-    QVERIFY(target.UploadBuffer(container, kSlot, kSlot, &count));
-    QCOMPARE(SimControl::GetStoredMap(kQuietFailures, 1, stored), ZebErrorSuccess);
-    QCOMPARE(stored.size(), size_t(300));
+void TestFileTransfer::corruptMapIsRefusedAndOldMapStays()
+{
+    QFETCH(QByteArray, id);
+    QFETCH(int, offset);
+    UxCamera& target = *camera(id);
+    long count = -1;
+    QVERIFY(target.UploadBuffer(SimCameras::mapContainer(20, 7), kSlot, kSlot, &count));
+    std::vector<SimControl::SimMapEntry> before, after;
+    QCOMPARE(SimControl::GetStoredMap(id.toStdString(), 1, before), ZebErrorSuccess);
+    QCOMPARE(before.size(), size_t(20));
+
+    std::vector<unsigned char> bad = SimCameras::mapContainer(50, 0);
+    if (offset >= 0)
+        bad[size_t(offset)] ^= 1;
+    else
+        bad.resize(bad.size() - 8);
+    QVERIFY(!target.UploadBuffer(bad, kSlot, kSlot, &count));
+    QCOMPARE(SimControl::GetStoredMap(id.toStdString(), 1, after), ZebErrorSuccess);
+    QCOMPARE(after.size(), before.size());
+    QCOMPARE(after.back().x, before.back().x);
+    // The file is closed again: a new transfer goes through.
+    QVERIFY(target.UploadBuffer(SimCameras::mapContainer(50, 0), kSlot, kSlot, &count));
 }
 
 void TestFileTransfer::smallFileBufferSetsTheBlock()
@@ -318,19 +338,6 @@ void TestFileTransfer::download()
     QCOMPARE(fileContent(path), QByteArray());
     QCOMPARE(remainingOf(spy), Progress{0});
     QVERIFY(!target.DownloadDeviceFile(m_dir.filePath("no/such/folder"), "Notes", "Notes", &count));
-}
-
-void TestFileTransfer::fileAccessModes()
-{
-    UxCamera& target = *camera(SimCameras::kMonoFile);
-    const QList<QPair<QString, QPair<bool, bool>>> files = {
-        {"UserData", {false, false}}, {"Firmware", {true, false}}, {"DefPixMap0", {false, true}}};
-    for (const auto& file : files) {
-        QVERIFY(target.GetFeatureContainer()->SetValue("FileSelector", file.first));
-        bool cannotRead = !file.second.first, cannotWrite = !file.second.second;
-        QVERIFY(target.GetFileAccessMode(&cannotRead, &cannotWrite));
-        QCOMPARE(qMakePair(cannotRead, cannotWrite), file.second);
-    }
 }
 
 void TestFileTransfer::progressReachesGuiThreadQueued()

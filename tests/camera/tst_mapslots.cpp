@@ -61,8 +61,8 @@ private slots:
     void cleanupTestCase() { ZebSystem::GetInstance().Shutdown(); }
 
     void profileOfEachKindOfCamera();
+    void registerRoundTrips_data();
     void registerRoundTrips();
-    void fileAccessRoundTrip();
     void factorySlotAndEmptyMapAreRefused();
     void sizeLimits();
 
@@ -83,10 +83,8 @@ void TestMapSlots::profileOfEachKindOfCamera()
     auto mono = open(SimCameras::kMonoFile);
     QVERIFY(mono);
     MapSlotProfile profile = inspectMapSlots(*mono);
-    QVERIFY(!profile.registerMode);
-    QVERIFY(!profile.color);
+    QVERIFY(!profile.registerMode && !profile.color);
     QCOMPARE(profile.revision, kDefaultMapRevision);
-    QCOMPARE(profile.maxMapSize, 1000u);
     // Only the map files are slots; "UserData" and "Firmware" are not offered.
     QCOMPARE(profile.mapSlots.size(), 4);
     QCOMPARE(profile.mapSlots[0].name, QString("DefPixMap0"));
@@ -96,18 +94,15 @@ void TestMapSlots::profileOfEachKindOfCamera()
     auto colour = open(SimCameras::kColourFile);
     QVERIFY(colour);
     profile = inspectMapSlots(*colour);
-    QVERIFY(profile.color);
+    QVERIFY(profile.color && !profile.bigEndian);
     QCOMPARE(profile.revision, kTypedMapRevision);
-    QVERIFY(!profile.bigEndian);
 
     auto registers = open(SimCameras::kRegisterMono);
     QVERIFY(registers);
     profile = inspectMapSlots(*registers);
-    QVERIFY(profile.registerMode);
-    QVERIFY(profile.bigEndian);
+    QVERIFY(profile.registerMode && profile.bigEndian);
     QCOMPARE(profile.maxMapSize, 2000u);
     QCOMPARE(profile.mapSlots.size(), 3);
-    QCOMPARE(profile.mapSlots[0].chunkId, 0);
 
     auto odd = open("DEV_ODD0001");
     QVERIFY(odd);
@@ -118,33 +113,50 @@ void TestMapSlots::profileOfEachKindOfCamera()
     QCOMPARE(profile.mapSlots[2].chunkId, kTypedChunkId);
 }
 
+void TestMapSlots::registerRoundTrips_data()
+{
+    QTest::addColumn<QByteArray>("id");
+    QTest::addColumn<bool>("typed");
+    QTest::addColumn<bool>("bigEndian");
+    QTest::newRow("big-endian, 16-bit layout") << QByteArray(SimCameras::kRegisterMono) << false << true;
+    QTest::newRow("little-endian, 14-bit layout with codes") << QByteArray(SimCameras::kColourFile) << true << false;
+}
+
 void TestMapSlots::registerRoundTrips()
 {
-    auto camera = open(SimCameras::kRegisterMono);
+    QFETCH(QByteArray, id);
+    QFETCH(bool, typed);
+    QFETCH(bool, bigEndian);
+    auto camera = open(id.constData());
     QVERIFY(camera);
     RegisterMapSlots mapSlots(*camera);
     QVERIFY(mapSlots.selectSlot(2));
     QVERIFY(mapSlots.setCorrectionEnabled(false));
-    const std::vector<t_defpix> map = diagonal(300);
+    const std::vector<t_defpix> map = diagonal(200, typed ? 103 : 0);
     unsigned int bytes = 0;
-    QCOMPARE(mapSlots.uploadWords(map.data(), 300, false, true, 2000, bytes), MapTransfer::Done);
-    QCOMPARE(bytes, 1200u);
+    QCOMPARE(mapSlots.uploadWords(map.data(), 200, typed, bigEndian, 2000, bytes), MapTransfer::Done);
+    QCOMPARE(bytes, 800u);
     bool enabled = false;
     QVERIFY(mapSlots.correctionEnabled(enabled) && enabled);
-    QCOMPARE(storedCount(SimCameras::kRegisterMono, 2), size_t(300));
+    QCOMPARE(storedCount(id.constData(), 2), size_t(200));
 
     DefectMap back(2000);
     unsigned int count = 0;
-    QCOMPARE(mapSlots.downloadWords(false, true, back.data(), 2000, count), MapTransfer::Done);
+    QCOMPARE(mapSlots.downloadWords(typed, bigEndian, back.data(), 2000, count), MapTransfer::Done);
     back.setCount(count);
     QCOMPARE(back.entries(), map);
     std::vector<t_defpix> read;
-    QCOMPARE(mapSlots.readSlot(false, true, 2000, read), MapTransfer::Done);
+    QCOMPARE(mapSlots.readSlot(typed, bigEndian, 2000, read), MapTransfer::Done);
     QCOMPARE(read, map);
     // A smaller buffer takes the first entries only.
     count = 0;
-    QCOMPARE(mapSlots.downloadWords(false, true, back.data(), 10, count), MapTransfer::Done);
+    QCOMPARE(mapSlots.downloadWords(typed, bigEndian, back.data(), 10, count), MapTransfer::Done);
     QCOMPARE(count, 10u);
+    // A shorter map replaces a longer one.
+    QCOMPARE(mapSlots.uploadWords(map.data(), 2, typed, bigEndian, 2000, bytes), MapTransfer::Done);
+    QCOMPARE(storedCount(id.constData(), 2), size_t(2));
+    if (typed)
+        return;
 
     // Entry by entry, written and read back through the same path.
     QVERIFY(mapSlots.selectSlot(1));
@@ -157,22 +169,6 @@ void TestMapSlots::registerRoundTrips()
     QCOMPARE(downloadMapEntries(mapSlots, back.data(), 1000, count), MapTransfer::Done);
     back.setCount(count);
     QCOMPARE(back.entries(), small);
-}
-
-void TestMapSlots::fileAccessRoundTrip()
-{
-    auto camera = open(SimCameras::kColourFile);
-    QVERIFY(camera);
-    FileAccessMapSlots files(*camera);
-    const std::vector<t_defpix> map = diagonal(500, 103);
-    const std::vector<unsigned char> container =
-        buildDefPixContainerBuffer(kTypedMapRevision, kTypedChunkId, map.size(), map.data(), 640, 640 * 480);
-    long written = 0;
-    QCOMPARE(files.uploadContainer(container, "DefPixMap1", written), MapTransfer::Done);
-    QCOMPARE(size_t(written), container.size());
-    std::vector<t_defpix> back;
-    QCOMPARE(files.readBack("DefPixMap1", kTypedMapRevision, back), MapTransfer::Done);
-    QCOMPARE(back, map);
 }
 
 void TestMapSlots::factorySlotAndEmptyMapAreRefused()

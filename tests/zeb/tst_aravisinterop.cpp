@@ -4,62 +4,13 @@
 #include "uxcamera.h"
 #include "uxcamerafeature.h"
 #include "uxcameramanager.h"
-
-#include <condition_variable>
-#include <mutex>
-#include <thread>
+#include "zebtestsupport.h"
 
 using namespace ZebCPP;
 
 namespace {
 
-// Records what the SDK reported about the fake camera, and on which thread.
-class Recorder : public ICameraListObserver {
-public:
-    void CameraListChanged(CameraPtr camera, UpdateTriggerType reason) override
-    {
-        std::string id;
-        camera->GetExtendedID(id);
-        if (id != FakeGv::kExtendedId)
-            return;
-        std::lock_guard<std::mutex> lock(mutex_);
-        reasons_.push_back(reason);
-        threads_.push_back(std::this_thread::get_id());
-        changed_.notify_all();
-    }
-
-    // Waits for the next report of this reason; false after the timeout.
-    bool waitFor(UpdateTriggerType reason, int timeoutMs, std::thread::id* thread = nullptr)
-    {
-        std::unique_lock<std::mutex> lock(mutex_);
-        const bool seen = changed_.wait_for(lock, std::chrono::milliseconds(timeoutMs), [&] {
-            for (size_t i = consumed_; i < reasons_.size(); ++i) {
-                if (reasons_[i] == reason) {
-                    consumed_ = i + 1;
-                    if (thread != nullptr)
-                        *thread = threads_[i];
-                    return true;
-                }
-            }
-            return false;
-        });
-        return seen;
-    }
-
-private:
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    std::vector<UpdateTriggerType> reasons_;
-    std::vector<std::thread::id> threads_;
-    size_t consumed_ = 0;
-};
-
-FeaturePtr featureOf(const CameraPtr& camera, const char* name)
-{
-    FeaturePtr feature;
-    camera->GetFeatureByName(name, feature);
-    return feature;
-}
+using Recorder = ZebTest::ListRecorder;
 
 } // namespace
 
@@ -77,7 +28,6 @@ private slots:
     void cameraHeldByAnotherApplicationIsReadOnly();
     void valueFeaturesRoundTripOverTheWire();
     void rawRegisterRoundTrip();
-    void memoryReachesRegistersOfFeatures();
     void cameraLayerMovesFilesAndFrames();
     void killedCameraIsPluggedOutOnSdkThread();
 
@@ -132,21 +82,11 @@ void TestAravisInterop::discoveryListsCameraWithIdentity()
     QCOMPARE(text, std::string("Fake"));
     camera_->GetName(text);
     QCOMPARE(text, std::string("Fake")); // no user-defined name: the model
-
-    // Both links are offered, the USB one possibly without cameras.
-    std::vector<TransportLayerPtr> layers;
-    ZebSystem::GetInstance().GetTransportLayers(layers);
-    QStringList names;
-    for (const TransportLayerPtr& layer : layers) {
-        layer->GetID(text);
-        names << QString::fromStdString(text);
-    }
-    QVERIFY(names.contains("AravisGEV") && names.contains("AravisU3V"));
 }
 
 void TestAravisInterop::openAndCloseReportOpenState()
 {
-    auto recorder = std::make_shared<Recorder>();
+    auto recorder = std::make_shared<Recorder>(FakeGv::kSerial);
     QCOMPARE(ZebSystem::GetInstance().RegisterCameraListObserver(recorder), ZebErrorSuccess);
     FeaturePtr width;
     QCOMPARE(camera_->GetFeatureByName("Width", width), ZebErrorDeviceNotOpen);
@@ -157,7 +97,7 @@ void TestAravisInterop::openAndCloseReportOpenState()
     AccessModeType access = AccessModeNone;
     camera_->GetPermittedAccess(access);
     QCOMPARE(access, AccessModeRead); // we hold the control channel now
-    width = featureOf(camera_, "Width");
+    width = ZebTest::feature(camera_, "Width");
     QVERIFY(width);
 
     QCOMPARE(camera_->Close(), ZebErrorSuccess);
@@ -170,7 +110,7 @@ void TestAravisInterop::openAndCloseReportOpenState()
     QCOMPARE(camera_->Open(AccessModeRead), ZebErrorSuccess);
     camera_->GetPermittedAccess(access);
     QVERIFY(access & AccessModeFull);
-    width = featureOf(camera_, "Width");
+    width = ZebTest::feature(camera_, "Width");
     QCOMPARE(width->GetValue(value), ZebErrorSuccess);
     QCOMPARE(width->SetValue(value), ZebErrorInvalidAccess);
     QCOMPARE(camera_->Close(), ZebErrorSuccess);
@@ -179,7 +119,7 @@ void TestAravisInterop::openAndCloseReportOpenState()
 
 void TestAravisInterop::cameraHeldByAnotherApplicationIsReadOnly()
 {
-    auto recorder = std::make_shared<Recorder>();
+    auto recorder = std::make_shared<Recorder>(FakeGv::kSerial);
     ZebSystem::GetInstance().RegisterCameraListObserver(recorder);
     {
         FakeGv::OtherController other;
@@ -196,33 +136,24 @@ void TestAravisInterop::cameraHeldByAnotherApplicationIsReadOnly()
     ZebSystem::GetInstance().UnregisterCameraListObserver(recorder);
 }
 
+// Each kind of value through the fake camera's GenICam description and back.
 void TestAravisInterop::valueFeaturesRoundTripOverTheWire()
 {
-    FeaturePtr width = featureOf(camera_, "Width");
-    FeatureDataType type = FeatureDataUnknown;
-    width->GetDataType(type);
-    QCOMPARE(type, FeatureDataInt);
-    int64_t minimum = 0, maximum = 0, increment = 0, value = 0;
+    FeaturePtr width = ZebTest::feature(camera_, "Width");
+    int64_t minimum = 0, maximum = 0, value = 0;
     QCOMPARE(width->GetRange(minimum, maximum), ZebErrorSuccess);
-    QCOMPARE(minimum, int64_t(1));
     QCOMPARE(maximum, int64_t(2048)); // the sensor width register
-    QCOMPARE(width->GetIncrement(increment), ZebErrorSuccess);
     QCOMPARE(width->SetValue(int64_t(320)), ZebErrorSuccess);
     QCOMPARE(width->GetValue(value), ZebErrorSuccess);
     QCOMPARE(value, int64_t(320));
     QCOMPARE(width->SetValue(int64_t(5000)), ZebErrorInvalidValue);
 
-    FeaturePtr exposure = featureOf(camera_, "ExposureTime");
-    exposure->GetDataType(type);
-    QCOMPARE(type, FeatureDataFloat);
     double seconds = 0;
-    QCOMPARE(exposure->SetValue(2500.0), ZebErrorSuccess);
-    QCOMPARE(exposure->GetValue(seconds), ZebErrorSuccess);
+    QCOMPARE(ZebTest::feature(camera_, "ExposureTime")->SetValue(2500.0), ZebErrorSuccess);
+    QCOMPARE(ZebTest::feature(camera_, "ExposureTime")->GetValue(seconds), ZebErrorSuccess);
     QCOMPARE(seconds, 2500.0);
 
-    FeaturePtr format = featureOf(camera_, "PixelFormat");
-    format->GetDataType(type);
-    QCOMPARE(type, FeatureDataEnum);
+    FeaturePtr format = ZebTest::feature(camera_, "PixelFormat");
     std::vector<std::string> entries;
     QCOMPARE(format->GetEntries(entries), ZebErrorSuccess);
     QCOMPARE(entries, (std::vector<std::string>{"Mono8", "BayerRG8"})); // in the description's order
@@ -236,15 +167,13 @@ void TestAravisInterop::valueFeaturesRoundTripOverTheWire()
     QCOMPARE(code, int64_t(0x01080001));
     format->SetValue("Mono8");
 
-    FeaturePtr enable = featureOf(camera_, "DefectPixelCorrectionEnable_Control");
+    FeaturePtr enable = ZebTest::feature(camera_, "DefectPixelCorrectionEnable_Control");
     bool on = false;
     QCOMPARE(enable->SetValue(true), ZebErrorSuccess);
     QCOMPARE(enable->GetValue(on), ZebErrorSuccess);
     QVERIFY(on);
 
-    FeaturePtr execute = featureOf(camera_, "FileOperationExecute");
-    execute->GetDataType(type);
-    QCOMPARE(type, FeatureDataCommand);
+    FeaturePtr execute = ZebTest::feature(camera_, "FileOperationExecute");
     QCOMPARE(execute->RunCommand(), ZebErrorSuccess);
     bool done = false;
     QCOMPARE(execute->IsCommandDone(done), ZebErrorSuccess);
@@ -253,28 +182,12 @@ void TestAravisInterop::valueFeaturesRoundTripOverTheWire()
     uint32_t read = 0;
     QCOMPARE(camera_->ReadMemory(FakeGv::kFileOperationExecute, bytes, 4, read), ZebErrorSuccess);
     QCOMPARE(int(bytes[3]), 1); // the command value, big-endian
-
-    FeaturePtr size = featureOf(camera_, "FileSize");
-    bool readable = false, writable = true;
-    QCOMPARE(size->IsReadable(readable), ZebErrorSuccess);
-    QCOMPARE(size->IsWritable(writable), ZebErrorSuccess);
-    QVERIFY(readable && !writable);
-    QCOMPARE(size->SetValue(int64_t(1)), ZebErrorInvalidAccess);
-    QCOMPARE(size->GetValue(seconds), ZebErrorWrongType);
-    std::vector<FeaturePtr> all;
-    QCOMPARE(camera_->GetFeatures(all), ZebErrorSuccess);
-    for (const FeaturePtr& f : all) {
-        f->GetName(text);
-        QVERIFY(text != "Root"); // categories are no values
-    }
+    QCOMPARE(ZebTest::feature(camera_, "FileSize")->SetValue(int64_t(1)), ZebErrorInvalidAccess);
 }
 
 void TestAravisInterop::rawRegisterRoundTrip()
 {
-    FeaturePtr buffer = featureOf(camera_, "FileAccessBuffer");
-    FeatureDataType type = FeatureDataUnknown;
-    buffer->GetDataType(type);
-    QCOMPARE(type, FeatureDataRaw);
+    FeaturePtr buffer = ZebTest::feature(camera_, "FileAccessBuffer");
     uint32_t length = 0;
     QCOMPARE(buffer->GetRawLength(length), ZebErrorSuccess);
     QCOMPARE(length, FakeGv::kFileAccessBufferLength);
@@ -305,30 +218,9 @@ void TestAravisInterop::rawRegisterRoundTrip()
     uint32_t read = 0;
     QCOMPARE(camera_->ReadMemory(FakeGv::kFileAccessBuffer, memory, 8, read), ZebErrorSuccess);
     QVERIFY(std::equal(tail, tail + 5, memory));
-}
-
-void TestAravisInterop::memoryReachesRegistersOfFeatures()
-{
-    QVERIFY(FakeGv::writeBigEndian(camera_, FakeGv::kFileSize, 70000));
-    QVERIFY(FakeGv::writeBigEndian(camera_, FakeGv::kFileChunkId, 4096));
-    int64_t value = 0;
-    QCOMPARE(featureOf(camera_, "FileSize")->GetValue(value), ZebErrorSuccess);
-    QCOMPARE(value, int64_t(70000));
-    QCOMPARE(featureOf(camera_, "FileChunkId")->GetValue(value), ZebErrorSuccess);
-    QCOMPARE(value, int64_t(4096));
-
-    QCOMPARE(featureOf(camera_, "FileAccessOffset")->SetValue(int64_t(0x01020304)), ZebErrorSuccess);
-    uint8_t bytes[8] = {};
-    uint32_t read = 0;
-    QCOMPARE(camera_->ReadMemory(0x4010, bytes, 8, read), ZebErrorSuccess);
-    QCOMPARE(read, 8u);
-    QCOMPARE(QByteArray(reinterpret_cast<char*>(bytes), 4), QByteArray("\x01\x02\x03\x04", 4));
-
     // Whole words only: a stray byte write would overwrite the neighbouring register.
-    QCOMPARE(camera_->WriteMemory(0x4011, bytes, 4, read), ZebErrorBadParameter);
-    QCOMPARE(camera_->ReadMemory(0x4010, bytes, 6, read), ZebErrorBadParameter);
-    QCOMPARE(featureOf(camera_, "FileAccessOffset")->GetValue(value), ZebErrorSuccess);
-    QCOMPARE(value, int64_t(0x01020304));
+    QCOMPARE(camera_->WriteMemory(FakeGv::kFileAccessBuffer + 1, memory, 4, read), ZebErrorBadParameter);
+    QCOMPARE(camera_->ReadMemory(FakeGv::kFileAccessBuffer, memory, 6, read), ZebErrorBadParameter);
 }
 
 // The application's camera layer on this camera: information by extended ID,
@@ -407,7 +299,7 @@ void TestAravisInterop::cameraLayerMovesFilesAndFrames()
 
 void TestAravisInterop::killedCameraIsPluggedOutOnSdkThread()
 {
-    auto recorder = std::make_shared<Recorder>();
+    auto recorder = std::make_shared<Recorder>(FakeGv::kSerial);
     ZebSystem::GetInstance().RegisterCameraListObserver(recorder);
     fake_.kill();
     std::thread::id thread;
@@ -428,12 +320,12 @@ void TestAravisInterop::killedCameraIsPluggedOutOnSdkThread()
     std::string id;
     QCOMPARE(camera_->GetExtendedID(id), ZebErrorSuccess); // the identity stays
 
+    // Back again: a new camera object; the old one stays gone. The application's
+    // side of this (transfers cut off, the camera listed again) is the soak's.
     QCOMPARE(fake_.start(), QString());
     QVERIFY(recorder->waitFor(UpdateTriggerPluggedIn, 5000));
     CameraPtr again = FakeGv::waitForCamera(1000);
-    QVERIFY(again && again != camera_); // a new camera object; the old one stays gone
-    QCOMPARE(again->Open(AccessModeFull), ZebErrorSuccess);
-    QCOMPARE(again->Close(), ZebErrorSuccess);
+    QVERIFY(again && again != camera_);
     ZebSystem::GetInstance().UnregisterCameraListObserver(recorder);
 }
 

@@ -4,7 +4,10 @@
 
 #include <QtTest>
 
+#include <condition_variable>
+#include <mutex>
 #include <string>
+#include <thread>
 
 // Shared steps of the SDK suites: start the SDK on a simulated camera set and
 // open cameras of the built-in set by serial number.
@@ -59,5 +62,55 @@ inline ZebCPP::FeaturePtr feature(const ZebCPP::CameraPtr& camera, const char* n
         camera->GetFeatureByName(name, f);
     return f;
 }
+
+// Records what the SDK reported about cameras, and on which thread; `serial`
+// keeps only the reports of that camera.
+class ListRecorder : public ZebCPP::ICameraListObserver {
+public:
+    struct Call {
+        std::string serial;
+        ZebCPP::UpdateTriggerType reason;
+        std::thread::id thread;
+    };
+
+    explicit ListRecorder(std::string serial = {}) : only_(std::move(serial)) {}
+
+    void CameraListChanged(ZebCPP::CameraPtr camera, ZebCPP::UpdateTriggerType reason) override
+    {
+        std::string serial;
+        camera->GetSerialNumber(serial);
+        if (!only_.empty() && serial != only_)
+            return;
+        std::lock_guard<std::mutex> lock(mutex);
+        calls.push_back({serial, reason, std::this_thread::get_id()});
+        changed_.notify_all();
+    }
+
+    // Waits for the next report of this reason (the SDK thread may lag behind);
+    // false after the timeout.
+    bool waitFor(ZebCPP::UpdateTriggerType reason, int timeoutMs = 5000, std::thread::id* thread = nullptr)
+    {
+        std::unique_lock<std::mutex> lock(mutex);
+        return changed_.wait_for(lock, std::chrono::milliseconds(timeoutMs), [&] {
+            for (; consumed_ < calls.size(); ++consumed_) {
+                if (calls[consumed_].reason == reason) {
+                    if (thread != nullptr)
+                        *thread = calls[consumed_].thread;
+                    ++consumed_;
+                    return true;
+                }
+            }
+            return false;
+        });
+    }
+
+    std::mutex mutex;
+    std::vector<Call> calls;
+
+private:
+    std::condition_variable changed_;
+    std::string only_;
+    size_t consumed_ = 0;
+};
 
 } // namespace ZebTest
