@@ -6,9 +6,10 @@
 
 #include <sim/simcontrol.h>
 
-#include <QComboBox>
 #include <QJsonArray>
 #include <QtTest>
+
+#include <set>
 
 using namespace PanelFixture;
 using ZebCPP::SimControl::SimMapEntry;
@@ -41,10 +42,21 @@ QStringList toolLine(const QString& program, const QStringList& arguments)
 #endif
 }
 
-bool runTool(const QStringList& line)
+int toolExit(const QStringList& line)
 {
     ChildProcess process;
-    return process.start(line.first(), line.mid(1)) && process.waitForFinished(60000) && process.exitCode() == 0;
+    return process.start(line.first(), line.mid(1)) && process.waitForFinished(60000) ? process.exitCode() : -1;
+}
+
+bool runTool(const QStringList& line)
+{
+    return toolExit(line) == 0;
+}
+
+// The line through the shell, so that its output can be redirected.
+QStringList shell(const QStringList& line, const QString& redirection)
+{
+    return {"/bin/sh", "-c", "'" + line.join("' '") + "' " + redirection};
 }
 
 QByteArray fileBytes(const QString& path)
@@ -73,6 +85,8 @@ private slots:
     void mapsMatchTheAssistantAndVerify();
     void uploadFaultFailsOneCameraAlone();
     void dryRunAndBadInputsLeaveSlotsUnchanged();
+    void simCaptureWritesSeriesOrRefuses();
+    void capturedSeriesFindTheSeededDefects();
     void executableListsTheFakeGigECamera();
 
 private:
@@ -89,7 +103,9 @@ void TestBatchTool::initTestCase()
     QVERIFY(m_dir.isValid());
     qputenv("ZEB_SIM_CAMERAS", "default");
     for (const QString& serial : kCameras) {
-        QVERIFY(runTool(toolLine(ZEB_SIM_CAPTURE, {"--camera", serial, "--dark", "3", "--bright", "3", "--out",
+        // The colour camera by its model name.
+        const QString camera = serial == kColourFile ? QString("pmq5CCX") : serial;
+        QVERIFY(runTool(toolLine(ZEB_SIM_CAPTURE, {"--camera", camera, "--dark", "3", "--bright", "3", "--out",
                                                    m_dir.filePath(serial)})));
     }
     if (!m_session.start())
@@ -146,9 +162,7 @@ void TestBatchTool::mapsMatchTheAssistantAndVerify()
             QVERIFY(panel.loadImagefromFile(m_dir.filePath(serial + "/" + file), 0));
         for (const QString& file : panel.isColor() ? QStringList() : brightFiles)
             QVERIFY(panel.loadImagefromFile(m_dir.filePath(serial + "/" + file), 1));
-        auto* selector = panel.findChild<QComboBox*>("cmbDefectPixelMapSelector");
-        selector->setCurrentIndex(1);
-        emit selector->activated(1);
+        activateSlot(panel, 1);
         click(panel, "btnGenerateMap");
         const QString mine = m_dir.filePath("assistant-" + serial);
         dialogs.saveFileName = QStringList{mine};
@@ -216,6 +230,74 @@ void TestBatchTool::dryRunAndBadInputsLeaveSlotsUnchanged()
     QCOMPARE(runBatch({"--slot", "DefPixMap1"}, report), -102);
 }
 
+// zeb-sim-capture as a user runs it: the series initTestCase wrote are bitmaps
+// with the seeded defects listed beside them; bad arguments write nothing.
+void TestBatchTool::simCaptureWritesSeriesOrRefuses()
+{
+    for (const QString& serial : kCameras) {
+        const QDir out(m_dir.filePath(serial));
+        const QImage dark(out.filePath("dark_000.bmp"));
+        QCOMPARE(dark.format(), serial == kColourFile ? QImage::Format_RGB32 : QImage::Format_Indexed8);
+        QCOMPARE(QImage(out.filePath("bright_002.bmp")).size(), dark.size());
+        QVERIFY(!QFile::exists(out.filePath("bright_003.bmp")));
+        const QStringList lines = QString::fromUtf8(fileBytes(out.filePath("defects.txt"))).split('\n', Qt::SkipEmptyParts);
+        QVERIFY(lines.size() > 10);
+        for (const QString& line : lines) {
+            const QStringList fields = line.split(';');
+            QCOMPARE(fields.size(), 3);
+            const QPoint pixel(fields[0].toInt(), fields[1].toInt());
+            QVERIFY(dark.rect().contains(pixel));
+            const QRgb rgb = dark.pixel(pixel);
+            if (fields[2] == "hot") // well above the dark level in its own channel
+                QVERIFY(std::max({qRed(rgb), qGreen(rgb), qBlue(rgb)}) > 30);
+        }
+    }
+    const QString out = m_dir.filePath("refused"), errors = m_dir.filePath("refused.txt");
+    for (const QStringList& bad : {QStringList{"--dark", "1"}, QStringList{"--camera", "nope", "--dark", "1"},
+                                   QStringList{"--camera", "TB2000005", "--dark", "1"}, // held elsewhere
+                                   QStringList{"--camera", kMonoFile, "--dark", "many"}}) {
+        QVERIFY(toolExit(shell(toolLine(ZEB_SIM_CAPTURE, bad + QStringList{"--out", out}), "2> '" + errors + "'")) > 0);
+        QVERIFY(!fileBytes(errors).isEmpty());
+        QVERIFY(!QFile::exists(out + "/dark_000.bmp"));
+    }
+}
+
+// Dark frames without light and bright frames under light: every seeded hot and
+// dead pixel of the monochrome camera reaches its slot; the colour camera
+// captures its dark series only. Folders and --capture exclude each other.
+void TestBatchTool::capturedSeriesFindTheSeededDefects()
+{
+    QJsonObject report;
+    QCOMPARE(runBatch({"--all", "--capture", "--dark", "x"}, report), -102);
+    QCOMPARE(runBatch({"-c", kMonoFile, "-c", kColourFile, "--capture", "--slot", "DefPixMap1", "--yes", "-j", "2"},
+                      report),
+             0);
+    const QJsonObject colour = entryOf(report, kColourFile).value("series").toObject();
+    QCOMPARE(colour.value("captured").toBool(), true);
+    QCOMPARE(colour.value("darkFrames").toInt(), 16);
+    QCOMPARE(colour.value("brightFrames").toInt(), 0);
+    const QJsonObject mono = entryOf(report, kMonoFile);
+    QCOMPARE(mono.value("series").toObject().value("brightFrames").toInt(), 16);
+    QCOMPARE(mono.value("verify").toString(), QString("passed"));
+
+    std::vector<ZebCPP::SimControl::SimDefect> seeded;
+    QCOMPARE(ZebCPP::SimControl::GetDefects(kMonoFile, seeded), ZebCPP::ZebErrorSuccess);
+    std::set<std::pair<uint32_t, uint32_t>> found;
+    for (const SimMapEntry& entry : stored(kMonoFile, 1))
+        found.insert({entry.x, entry.y});
+    int checked = 0;
+    for (const auto& defect : seeded) {
+        if (defect.kind != ZebCPP::SimControl::DefectKind::Hot && defect.kind != ZebCPP::SimControl::DefectKind::Dead)
+            continue;
+        ++checked;
+        QVERIFY2(found.count({defect.x, defect.y}), qPrintable(QString("seeded %1 pixel %2,%3 not in the map")
+                                                              .arg(ZebCPP::SimControl::DefectKindName(defect.kind))
+                                                              .arg(defect.x)
+                                                              .arg(defect.y)));
+    }
+    QVERIFY(checked > 0);
+}
+
 void TestBatchTool::executableListsTheFakeGigECamera()
 {
     FakeGv::Camera fake;
@@ -223,8 +305,7 @@ void TestBatchTool::executableListsTheFakeGigECamera()
     if (!why.isEmpty())
         QSKIP(qPrintable(why));
     const QString listing = m_dir.filePath("list.txt");
-    const QString list = "'" + toolLine(DPC_BATCH, {"--list"}).join("' '") + "'";
-    QVERIFY(runTool({"/bin/sh", "-c", list + " > '" + listing + "'"}));
+    QVERIFY(runTool(shell(toolLine(DPC_BATCH, {"--list"}), "> '" + listing + "'")));
     QVERIFY2(fileBytes(listing).contains(FakeGv::kExtendedId), fileBytes(listing).constData());
     qputenv("ZEB_SIM_CAMERAS", "default");
 }
