@@ -32,7 +32,7 @@ private slots:
     void flagsAndIdentity_data();
     void flagsAndIdentity();
     void registersInDeviceByteOrder();
-    void userSetSingleImageAndPacketSize();
+    void userSetAndSingleImage();
 };
 
 void TestUxCamera::flagsAndIdentity_data()
@@ -90,7 +90,7 @@ void TestUxCamera::registersInDeviceByteOrder()
     QVERIFY(!camera.Read(kMapMaxSizeRegister, reinterpret_cast<unsigned char*>(&value), &none));
 }
 
-void TestUxCamera::userSetSingleImageAndPacketSize()
+void TestUxCamera::userSetAndSingleImage()
 {
     UxCamera camera(SimCameras::openCamera(SimCameras::kMonoFile));
     UxCameraFeature* features = camera.GetFeatureContainer();
@@ -103,7 +103,6 @@ void TestUxCamera::userSetSingleImageAndPacketSize()
     FramePtr frame;
     QVERIFY(camera.AcquireSingleImage(frame, 2000));
     QVERIFY(frame);
-    QVERIFY(camera.AdjustPacketSize());
 }
 
 QTEST_GUILESS_MAIN(TestUxCamera)

