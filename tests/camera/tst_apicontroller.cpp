@@ -21,8 +21,6 @@ private slots:
     void initTestCase();
     void cleanupTestCase() { m_controller.reset(); ZebSystem::GetInstance().Shutdown(); }
 
-    void errorTexts_data();
-    void errorTexts();
     void cameraInfo_data();
     void cameraInfo();
     void unknownCameraIsReported();
@@ -37,27 +35,6 @@ void TestApiController::initTestCase()
 {
     QVERIFY(SimCameras::startup());
     m_controller = std::make_shared<ApiController>();
-}
-
-void TestApiController::errorTexts_data()
-{
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("context");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("not found, no context") << -3 << "" << "Error: Not found.";
-    QTest::newRow("invalid handle keeps its blank") << -4 << "Open X" << "Open X (error: Invalid handle )";
-    QTest::newRow("below the table") << -19 << "Z" << "Z (error: Unknown)";
-}
-
-void TestApiController::errorTexts()
-{
-    QFETCH(int, code);
-    QFETCH(QString, context);
-    QFETCH(QString, message);
-    QSignalSpy spy(m_controller.get(), &ApiController::ApiError);
-    m_controller->emitApiError(static_cast<ZebErrorType>(code), context);
-    QCOMPARE(spy.count(), 1);
-    QCOMPARE(spy.at(0).at(0).toString(), message);
 }
 
 void TestApiController::cameraInfo_data()

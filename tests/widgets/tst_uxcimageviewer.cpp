@@ -1,4 +1,3 @@
-#include "uxchistogramview.h"
 #include "uxcimageviewer.h"
 
 #include <QtTest>
@@ -31,7 +30,6 @@ private slots:
     void markersAtScreenPositions_data();
     void markersAtScreenPositions();
     void emptyStateAndHover();
-    void histogramLimits();
 };
 
 void TestUXCImageViewer::zoomKeepsPointUnderCursor()
@@ -150,19 +148,6 @@ void TestUXCImageViewer::emptyStateAndHover()
     QCOMPARE(hover.count(), 1);
     QCOMPARE(hover.last().at(0).toPoint(), QPoint(10, 20));
     QCOMPARE(hover.last().at(1).toBool(), true);
-}
-
-void TestUXCImageViewer::histogramLimits()
-{
-    UXCHistogramView histogram;
-    histogram.resize(400, 200);
-    histogram.setBins({1, 1000000, 5, 0}, -2, 1);
-    histogram.setLimits({-0.5, 0.5});
-    histogram.show();
-    const QImage shot = histogram.grab().toImage();
-    const int x = int(histogram.xOfValue(0.5));
-    QCOMPARE(QColor(shot.pixel(x, 100)).red(), 220); // the limit line
-    QVERIFY(histogram.xOfValue(-2) < histogram.xOfValue(2));
 }
 
 QTEST_MAIN(TestUXCImageViewer)
