@@ -11,7 +11,11 @@
 #include "thresholdinput.h"
 #include "uxcamera.h"
 #include "uxdialogs.h"
+#include "uxfiletaskrunner.h"
+#include "uxmapfiles.h"
+#include "uxmapslotactions.h"
 #include "uxmapstatus.h"
+#include "uxmaptransfers.h"
 #include "uxpanelmessages.h"
 #include "uxseriescapture.h"
 #include "uxsettings.h"
@@ -36,16 +40,26 @@ UXCDefectPixelCorrection::UXCDefectPixelCorrection(QWidget* parent)
 {
     qRegisterMetaType<LogType>("LogType");
     ui->setupUi(this);
-    m_fileTasks = new UXCFileTaskRunner(this, *m_messages, [this] { return fileSlots(); });
+    m_transfers = std::make_unique<UXCMapTransfers>(
+        m_slots, *m_messages, [this](bool visible, int value) { emit actionViewerUpdateProcessBar(visible, value); });
+    m_mapFiles = std::make_unique<UXCMapFiles>(m_slots, m_patterns, *m_messages);
+    m_fileTasks = new UXCFileTaskRunner(this, *m_messages, [this] { return m_slots.fileSlots(); });
     m_mapStatus = new UXCMapStatus({this, ui->txtDefectPixelCount, ui->horizontalLayout, ui->cmbDefectPixelMapSelector,
                                     ui->btnUploadMapToCam, ui->btnUploadLocalMap},
                                    *m_messages);
     m_capture = new UXCSeriesCapture(this, ui->verticalLayout, ui->verticalLayout_4, *m_messages);
+    m_slotActions = new UXCMapSlotActions({m_slots, *m_messages, *m_mapStatus, *m_transfers, *m_mapFiles, *m_fileTasks},
+                                          this);
 
     connect(ui->listDarkImagePath, &QListWidget::itemSelectionChanged, this,
             [this] { ui->btnDeleteDarkImage->setEnabled(!ui->listDarkImagePath->selectedItems().isEmpty()); });
     connect(ui->listBrightImagePath, &QListWidget::itemSelectionChanged, this,
             [this] { ui->btnDeleteBrightImage->setEnabled(!ui->listBrightImagePath->selectedItems().isEmpty()); });
+    connect(m_fileTasks, &UXCFileTaskRunner::started, this, [this] {
+        ui->btnUploadMapToCam->setEnabled(false);
+        ui->btnUploadLocalMap->setEnabled(false);
+        ui->btnDownloadMapToFile->setEnabled(false);
+    });
     connect(m_fileTasks, &UXCFileTaskRunner::ended, this, &UXCDefectPixelCorrection::finishFileTask);
     connect(ui->cmbDefectPixelMapSelector, QOverload<int>::of(&QComboBox::activated), this,
             &UXCDefectPixelCorrection::enableButtons);
@@ -54,6 +68,8 @@ UXCDefectPixelCorrection::UXCDefectPixelCorrection(QWidget* parent)
     m_viewerBinding = std::make_unique<DefectViewerBinding>(DefectViewerBinding::PanelParts{
         this, ui->lblMeanImageDark, ui->lblMeanImageBright, ui->txtAbsoluteThreshold, ui->txtRelativeThreshold,
         ui->horizontalLayout});
+    connect(m_slotActions, &UXCMapSlotActions::mapDownloaded, m_viewerBinding.get(),
+            &DefectViewerBinding::showDownloadedMap);
 }
 
 UXCDefectPixelCorrection::~UXCDefectPixelCorrection()
@@ -138,7 +154,7 @@ UXCFrameCaptureControl* UXCDefectPixelCorrection::captureControl(int kind) const
 
 void UXCDefectPixelCorrection::setEndianess(bool bigEndian)
 {
-    m_bigEndian = bigEndian;
+    m_slots.bigEndian = bigEndian;
 }
 
 bool UXCDefectPixelCorrection::Init(UxCamera* camera)
@@ -155,9 +171,9 @@ bool UXCDefectPixelCorrection::Init(UxCamera* camera)
 
     const MapSlotProfile profile = inspectMapSlots(*camera);
     m_isColor = profile.color;
-    m_revision = profile.revision;
-    m_registerMode = profile.registerMode;
-    m_mapSlots = makeMapSlots(*camera, m_registerMode);
+    m_slots.revision = profile.revision;
+    m_slots.registerMode = profile.registerMode;
+    m_slots.mapSlots = makeMapSlots(*camera, m_slots.registerMode);
     ui->tabWidget->setTabVisible(1, !m_isColor);
     ui->btnGenerateMap->setToolTip(
         tr("Generate map from the resulting dark%1 mean images.").arg(m_isColor ? QString() : tr(" and bright")));
@@ -167,7 +183,7 @@ bool UXCDefectPixelCorrection::Init(UxCamera* camera)
     QComboBox* selector = ui->cmbDefectPixelMapSelector;
     for (const MapSlot& slot : profile.mapSlots) {
         selector->addItem(slot.name);
-        if (m_registerMode)
+        if (m_slots.registerMode)
             continue;
         selector->setItemData(selector->count() - 1, slot.chunkId, kSlotRoleChunkId);
         selector->setItemData(selector->count() - 1, slot.cannotRead, kSlotRoleCannotRead);
@@ -189,7 +205,7 @@ void UXCDefectPixelCorrection::Reset()
     ++m_resets;
     m_fileTasks->stop();
     m_capture->stop();
-    m_mapSlots.reset();
+    m_slots.mapSlots.reset();
     delete m_camera;
     m_camera = nullptr;
     m_features = nullptr;
@@ -204,8 +220,8 @@ void UXCDefectPixelCorrection::Reset()
     m_map = DefectMap();
     ui->txtDefectPixelCount->clear();
     m_mapStatus->clear();
-    m_chunkId = kDefaultChunkId;
-    m_maxMapSize = kDefaultMaxMapSize;
+    m_slots.chunkId = kDefaultChunkId;
+    m_slots.maxMapSize = MapSlotBinding::kDefaultMaxMapSize;
     m_geometry = ImageGeometry();
     if (m_viewerBinding)
         m_viewerBinding->clear();
@@ -222,7 +238,7 @@ void UXCDefectPixelCorrection::enableButtons()
     const QComboBox* selector = ui->cmbDefectPixelMapSelector;
     const bool cannotRead = selector->currentData(kSlotRoleCannotRead).toBool();
     const bool cannotWrite = selector->currentData(kSlotRoleCannotWrite).toBool();
-    if (m_registerMode) {
+    if (m_slots.registerMode) {
         ui->btnDownloadMapToFile->setEnabled(true);
         ui->btnUploadLocalMap->setEnabled(m_mapSlotAvailable);
         ui->btnUploadMapToCam->setEnabled(countShown && m_mapSlotAvailable);
@@ -368,8 +384,8 @@ void UXCDefectPixelCorrection::defpix_reset()
 {
     QVariant maximum;
     if (m_camera && getMaximalPixelsCorrectionMapSize(maximum))
-        m_maxMapSize = maximum.toUInt();
-    m_map = DefectMap(m_maxMapSize);
+        m_slots.maxMapSize = maximum.toUInt();
+    m_map = DefectMap(m_slots.maxMapSize);
     ui->btnSaveMapToFile->setEnabled(false);
     ui->btnUploadMapToCam->setEnabled(false);
     ui->txtDefectPixelCount->clear();
@@ -384,7 +400,7 @@ bool UXCDefectPixelCorrection::defpix_avail(t_defpix* map, unsigned int count, u
 bool UXCDefectPixelCorrection::defpix_add(t_defpix* map, unsigned int x, unsigned int y, unsigned int type,
                                           unsigned int& count)
 {
-    return ::defpix_add(map, m_maxMapSize, x, y, type, count);
+    return ::defpix_add(map, m_slots.maxMapSize, x, y, type, count);
 }
 
 bool UXCDefectPixelCorrection::create_defpix_map()
@@ -406,8 +422,8 @@ bool UXCDefectPixelCorrection::generate(bool color)
         // Filled aside, so that a failed threshold step leaves the shown map as it is.
         QVariant maximum;
         if (m_camera && getMaximalPixelsCorrectionMapSize(maximum))
-            m_maxMapSize = maximum.toUInt();
-        DefectMap next(m_maxMapSize);
+            m_slots.maxMapSize = maximum.toUInt();
+        DefectMap next(m_slots.maxMapSize);
         m_generation = color ? ::create_defpix_map_color(dark, m_darkParams, m_geometry, next)
                              : ::create_defpix_map(dark, bright, m_darkParams, m_brightParams, m_geometry, next);
         if (m_generation == MapGeneration::Generated)
@@ -450,16 +466,6 @@ std::vector<unsigned char> UXCDefectPixelCorrection::buildDefPixContainerBuffer(
     return ::buildDefPixContainerBuffer(revision, chunkId, count, map, imageWidth, imagePixelCount);
 }
 
-bool UXCDefectPixelCorrection::typedMap() const
-{
-    return isTypedMap(m_revision, m_chunkId);
-}
-
-FileAccessMapSlots* UXCDefectPixelCorrection::fileSlots() const
-{
-    return m_registerMode ? nullptr : static_cast<FileAccessMapSlots*>(m_mapSlots.get());
-}
-
 void UXCDefectPixelCorrection::on_btnGenerateMap_clicked()
 {
     QApplication::setOverrideCursor(Qt::WaitCursor);
@@ -486,20 +492,20 @@ void UXCDefectPixelCorrection::on_btnGenerateMap_clicked()
         return;
     }
     const auto flagged = unsigned(qulonglong(m_darkParams.defectCount) + m_brightParams.defectCount - flaggedBefore);
-    if (!m_registerMode)
-        m_chunkId = ui->cmbDefectPixelMapSelector->currentData(kSlotRoleChunkId).toInt();
-    if (typedMap())
+    if (!m_slots.registerMode)
+        m_slots.chunkId = ui->cmbDefectPixelMapSelector->currentData(kSlotRoleChunkId).toInt();
+    if (m_slots.typedMap())
         conv_defpix_map_990(m_map.data(), m_map.count());
 
-    if (m_map.count() > m_maxMapSize) {
+    if (m_map.count() > m_slots.maxMapSize) {
         QApplication::restoreOverrideCursor();
         const QString text = tr("The resulting number of defect pixels: %1; the maximum allowed is: %2.")
                                  .arg(m_map.count())
-                                 .arg(m_maxMapSize);
+                                 .arg(m_slots.maxMapSize);
         dialogs().information(this, tr("Generate Map"), text);
         log(tr("Generate map: The resulting number of defect pixels: %1; the maximum allowed is: %2.")
                 .arg(m_map.count())
-                .arg(m_maxMapSize),
+                .arg(m_slots.maxMapSize),
             LogError);
         report(text, LogError);
         return;
@@ -507,7 +513,7 @@ void UXCDefectPixelCorrection::on_btnGenerateMap_clicked()
     log(tr("Map successfully generated."), LogInfo);
     ui->btnSaveMapToFile->setEnabled(true);
     ui->txtDefectPixelCount->setText(QString::number(m_map.count()));
-    m_mapStatus->noteGenerated(m_map.count(), m_maxMapSize, flagged);
+    m_mapStatus->noteGenerated(m_map.count(), m_slots.maxMapSize, flagged);
     enableButtons();
     QApplication::restoreOverrideCursor();
 }

@@ -8,8 +8,7 @@
 #include "imagegeometry.h"
 #include "logtype.h"
 #include "mapformat.h"
-#include "mapslots.h"
-#include "uxfiletaskrunner.h"
+#include "mapslotbinding.h"
 
 #include <QString>
 #include <QVariant>
@@ -21,10 +20,13 @@
 class QListWidgetItem;
 class QSettings;
 class DefectViewerBinding;
-class FileAccessMapSlots;
 class UXCDialogs;
+class UXCFileTaskRunner;
 class UXCFrameCaptureControl;
+class UXCMapFiles;
+class UXCMapSlotActions;
 class UXCMapStatus;
+class UXCMapTransfers;
 class UXCPanelMessages;
 class UXCSeriesCapture;
 class UxCamera;
@@ -107,20 +109,18 @@ public:
     UxCamera* camera() const { return m_camera; }
     const t_defpix* defectMap() const { return m_map.data(); }
     unsigned int defectCount() const { return m_map.count(); }
-    unsigned int maxMapSize() const { return m_maxMapSize; }
+    unsigned int maxMapSize() const { return m_slots.maxMapSize; }
     const ImageGeometry& imageGeometry() const { return m_geometry; }
     const DefectPixelParams& darkParams() const { return m_darkParams; }
     const DefectPixelParams& brightParams() const { return m_brightParams; }
     bool isColor() const { return m_isColor; }
-    bool isRegisterMode() const { return m_registerMode; }
-    int revision() const { return m_revision; }
-    int chunkId() const { return m_chunkId; }
-    bool isBigEndian() const { return m_bigEndian; }
+    bool isRegisterMode() const { return m_slots.registerMode; }
+    int revision() const { return m_slots.revision; }
+    int chunkId() const { return m_slots.chunkId; }
+    bool isBigEndian() const { return m_slots.bigEndian; }
     bool isFileTaskRunning() const;
     bool isMapStale() const;
 
-    // The transfer routines whose refusals are worded alike.
-    enum class TransferRoutine { EntryUpload, WordUpload, EntryDownload, WordDownload };
     // The capture control of a series tab.
     UXCFrameCaptureControl* captureControl(int kind) const;
     DefectViewerBinding* viewerBinding() const { return m_viewerBinding.get(); }
@@ -160,52 +160,36 @@ private slots:
 
 private:
     bool generate(bool color);
-    // The camera's map slots; null in register mode or without camera.
-    FileAccessMapSlots* fileSlots() const;
-    // Shows the box and the log line of a refused transfer; true when it was done.
-    bool reportTransfer(MapTransfer outcome, const QString& title, TransferRoutine routine);
     void addImages(int kind);
     void deleteImages(int kind);
-    bool selectedSlotNumber(QVariant& slot);
-    bool selectMapByName(const QString& name);
-    bool typedMap() const;
-    // Starts a file-access transfer; the transfer buttons wait for its end.
-    void startFileTask(UXCFileTaskRunner::Task task);
     void log(const QString& message, LogType type);
     UXCDialogs& dialogs() const;
     void report(const QString& text, LogType type);
     void setMapStale(bool stale);
     // Mnemonics, the Delete key and sizes beside what the form sets.
     void setupKeyboard();
-    bool sensorSize(unsigned int& width, unsigned int& height) const;
 
     std::unique_ptr<Ui::UXCDefectPixelCorrection> ui;
     UxCamera* m_camera = nullptr;
     UxCameraFeature* m_features = nullptr;
     ImageGeometry m_geometry;
-    static constexpr unsigned int kDefaultMaxMapSize = 10000;
-    unsigned int m_maxMapSize = kDefaultMaxMapSize;
+    MapSlotBinding m_slots;
     DefectMap m_map;
-    std::unique_ptr<MapSlots> m_mapSlots;
     MapGeneration m_generation = MapGeneration::Generated; // how the last generation ended
     DefectPixelParams m_darkParams;
     DefectPixelParams m_brightParams;
-    bool m_bigEndian = true;
-    bool m_registerMode = false;
-    int m_revision = kDefaultMapRevision;
     bool m_mapSlotAvailable = false;
-    int m_chunkId = kDefaultChunkId;
     QString m_saveImageDir;
-    QString m_mapDir;
     bool m_isColor = false;
     unsigned int m_resets = 0; // tells a running image batch that the panel was reset
-
     DefectMatchPatterns m_patterns;
-    QString m_savedFile; // file the last save wrote, empty when cancelled
     std::unique_ptr<UXCPanelMessages> m_messages;
+    std::unique_ptr<UXCMapTransfers> m_transfers;
+    std::unique_ptr<UXCMapFiles> m_mapFiles;
     // Children of the panel.
     UXCFileTaskRunner* m_fileTasks = nullptr;
     UXCMapStatus* m_mapStatus = nullptr;
     UXCSeriesCapture* m_capture = nullptr;
+    UXCMapSlotActions* m_slotActions = nullptr;
     std::unique_ptr<DefectViewerBinding> m_viewerBinding;
 };

@@ -78,6 +78,7 @@ bool UXCFileTaskRunner::start(Task task)
         return done;
     });
     m_watcher.setFuture(m_task);
+    emit started();
     return true;
 }
 

@@ -46,6 +46,7 @@ public:
     void stop();
 
 signals:
+    void started();
     // After the end of a transfer; transfer is its name, empty when its end went unreported.
     void ended(const QString& transfer);
 

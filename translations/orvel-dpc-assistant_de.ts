@@ -1188,238 +1188,6 @@ Fügen Sie im Assistenten dunkle oder helle Bilder hinzu; ihr Mittelwertbild und
         <translation>Karte erfolgreich erzeugt.</translation>
     </message>
     <message>
-        <source>The camera reports an implausible maximal map size: %1.</source>
-        <translation>Die Kamera meldet eine unplausible maximale Kartengröße: %1.</translation>
-    </message>
-    <message>
-        <source>Upload Defect Pixel Map</source>
-        <translation>Defektpixelkarte hochladen</translation>
-    </message>
-    <message>
-        <source>Upload failed: factory map is protected!</source>
-        <translation>Hochladen fehlgeschlagen: Werkskarte ist geschützt!</translation>
-    </message>
-    <message>
-        <source>Upload failed: factory map is protected</source>
-        <translation>Hochladen fehlgeschlagen: Werkskarte ist geschützt</translation>
-    </message>
-    <message>
-        <source>Clear map failed</source>
-        <translation>Löschen der Karte fehlgeschlagen</translation>
-    </message>
-    <message>
-        <source>Upload failed: Clear map failed</source>
-        <translation>Hochladen fehlgeschlagen: Löschen der Karte fehlgeschlagen</translation>
-    </message>
-    <message>
-        <source>Get maximal map size failed</source>
-        <translation>Lesen der maximalen Kartengröße fehlgeschlagen</translation>
-    </message>
-    <message>
-        <source>Upload failed: Get maximal map size failed!</source>
-        <translation>Hochladen fehlgeschlagen: Lesen der maximalen Kartengröße fehlgeschlagen!</translation>
-    </message>
-    <message>
-        <source>Upload failed: maximum number of defect pixels exceeded!</source>
-        <translation>Hochladen fehlgeschlagen: Höchstzahl an Defektpixeln überschritten!</translation>
-    </message>
-    <message>
-        <source>Get selected map failed!</source>
-        <translation>Lesen der ausgewählten Karte fehlgeschlagen!</translation>
-    </message>
-    <message>
-        <source>Upload Defect Pixel Map: Get selected map failed!</source>
-        <translation>Defektpixelkarte hochladen: Lesen der ausgewählten Karte fehlgeschlagen!</translation>
-    </message>
-    <message>
-        <source>Upload failed: upload to factory map is protected!</source>
-        <translation>Hochladen fehlgeschlagen: Hochladen in die Werkskarte ist gesperrt!</translation>
-    </message>
-    <message>
-        <source>Upload Defect Pixel Map: upload to factory map is protected!</source>
-        <translation>Defektpixelkarte hochladen: Hochladen in die Werkskarte ist gesperrt!</translation>
-    </message>
-    <message>
-        <source>Upload failed: empty map</source>
-        <translation>Hochladen fehlgeschlagen: leere Karte</translation>
-    </message>
-    <message>
-        <source>Upload Defect Pixel Map: empty map!</source>
-        <translation>Defektpixelkarte hochladen: leere Karte!</translation>
-    </message>
-    <message>
-        <source>Clear map failed (protected map)</source>
-        <translation>Löschen der Karte fehlgeschlagen (geschützte Karte)</translation>
-    </message>
-    <message>
-        <source>Upload Defect Pixel Map: Clear map failed (protected map)!</source>
-        <translation>Defektpixelkarte hochladen: Löschen der Karte fehlgeschlagen (geschützte Karte)!</translation>
-    </message>
-    <message>
-        <source>Upload failed</source>
-        <translation>Hochladen fehlgeschlagen</translation>
-    </message>
-    <message>
-        <source>Upload Defect Pixel Map: Upload failed!</source>
-        <translation>Defektpixelkarte hochladen: Hochladen fehlgeschlagen!</translation>
-    </message>
-    <message>
-        <source>Download Map From Camera</source>
-        <translation>Karte aus der Kamera laden</translation>
-    </message>
-    <message>
-        <source>Get map size failed</source>
-        <translation>Lesen der Kartengröße fehlgeschlagen</translation>
-    </message>
-    <message>
-        <source>Download failed: Get map size failed!</source>
-        <translation>Herunterladen fehlgeschlagen: Lesen der Kartengröße fehlgeschlagen!</translation>
-    </message>
-    <message>
-        <source>Download failed: invalid map size!</source>
-        <translation>Herunterladen fehlgeschlagen: ungültige Kartengröße!</translation>
-    </message>
-    <message>
-        <source>Download Map</source>
-        <translation>Karte herunterladen</translation>
-    </message>
-    <message>
-        <source>Download failed: map not initialized</source>
-        <translation>Herunterladen fehlgeschlagen: Karte nicht initialisiert</translation>
-    </message>
-    <message>
-        <source>Download Map: map not initialized!</source>
-        <translation>Karte herunterladen: Karte nicht initialisiert!</translation>
-    </message>
-    <message>
-        <source>Get selected map failed</source>
-        <translation>Lesen der ausgewählten Karte fehlgeschlagen</translation>
-    </message>
-    <message>
-        <source>Download Map: Get selected map failed!</source>
-        <translation>Karte herunterladen: Lesen der ausgewählten Karte fehlgeschlagen!</translation>
-    </message>
-    <message>
-        <source>Download Map: Get map size failed!</source>
-        <translation>Karte herunterladen: Lesen der Kartengröße fehlgeschlagen!</translation>
-    </message>
-    <message>
-        <source>Text (*%1)</source>
-        <translation>Text (*%1)</translation>
-    </message>
-    <message>
-        <source>Bin (*%1)</source>
-        <translation>Binär (*%1)</translation>
-    </message>
-    <message>
-        <source>Export Map</source>
-        <translation>Karte exportieren</translation>
-    </message>
-    <message>
-        <source>Import Map</source>
-        <translation>Karte importieren</translation>
-    </message>
-    <message>
-        <source>Text (*.txt)</source>
-        <translation>Text (*.txt)</translation>
-    </message>
-    <message>
-        <source>Save Map</source>
-        <translation>Karte speichern</translation>
-    </message>
-    <message>
-        <source>Save to file failed!</source>
-        <translation>Speichern in Datei fehlgeschlagen!</translation>
-    </message>
-    <message>
-        <source>Upload Map: setting DefectPixelCorrection_MapSelect to '%1' failed!</source>
-        <translation>Karte hochladen: Setzen von DefectPixelCorrection_MapSelect auf '%1' fehlgeschlagen!</translation>
-    </message>
-    <message>
-        <source>Upload Map</source>
-        <translation>Karte hochladen</translation>
-    </message>
-    <message>
-        <source>Stop streaming before uploading map to camera.</source>
-        <translation>Beenden Sie den Bildeinzug, bevor Sie eine Karte in die Kamera laden.</translation>
-    </message>
-    <message>
-        <source>Upload failed: empty map!</source>
-        <translation>Hochladen fehlgeschlagen: leere Karte!</translation>
-    </message>
-    <message>
-        <source>The uploaded map would overwrite the selected map '%1'.
-Start upload?</source>
-        <translation>Die hochgeladene Karte würde die ausgewählte Karte '%1' überschreiben.
-Hochladen starten?</translation>
-    </message>
-    <message>
-        <source>Upload Map %1.</source>
-        <translation>Karte hochladen %1.</translation>
-    </message>
-    <message>
-        <source> succeeded</source>
-        <translation> erfolgreich</translation>
-    </message>
-    <message>
-        <source> failed</source>
-        <translation> fehlgeschlagen</translation>
-    </message>
-    <message>
-        <source>Upload Generated Map</source>
-        <translation>Erzeugte Karte hochladen</translation>
-    </message>
-    <message>
-        <source>Upload Generated Map '%1'%2: %3 bytes written.</source>
-        <translation>Erzeugte Karte '%1' hochladen%2: %3 Bytes geschrieben.</translation>
-    </message>
-    <message>
-        <source>Upload Local Map</source>
-        <translation>Lokale Karte hochladen</translation>
-    </message>
-    <message>
-        <source>The uploaded map would overwrite the selected map '%1'.
-Do you want to proceed?</source>
-        <translation>Die hochgeladene Karte würde die ausgewählte Karte '%1' überschreiben.
-Möchten Sie fortfahren?</translation>
-    </message>
-    <message>
-        <source>Upload Map: loading local map failed!</source>
-        <translation>Karte hochladen: Laden der lokalen Karte fehlgeschlagen!</translation>
-    </message>
-    <message>
-        <source>Upload Local Map %1.</source>
-        <translation>Lokale Karte hochladen %1.</translation>
-    </message>
-    <message>
-        <source>Bin (*.bin)</source>
-        <translation>Binär (*.bin)</translation>
-    </message>
-    <message>
-        <source>Upload Local File</source>
-        <translation>Lokale Datei hochladen</translation>
-    </message>
-    <message>
-        <source>Upload Local File '%1'%2: %3 bytes written.</source>
-        <translation>Lokale Datei '%1' hochladen%2: %3 Bytes geschrieben.</translation>
-    </message>
-    <message>
-        <source>Download device file %1.</source>
-        <translation>Gerätedatei herunterladen %1.</translation>
-    </message>
-    <message>
-        <source>Download File As</source>
-        <translation>Datei herunterladen als</translation>
-    </message>
-    <message>
-        <source>Download</source>
-        <translation>Herunterladen</translation>
-    </message>
-    <message>
-        <source>Download device file %1: %2 bytes written.</source>
-        <translation>Gerätedatei %1 herunterladen: %2 Bytes geschrieben.</translation>
-    </message>
-    <message>
         <source>%1: %2</source>
         <translation>%1: %2</translation>
     </message>
@@ -1487,43 +1255,6 @@ Möchten Sie fortfahren?</translation>
     <message>
         <source>Do&amp;wnload Map To File</source>
         <translation>Karte in Datei her&amp;unterladen</translation>
-    </message>
-    <message>
-        <source>Saving the map failed.</source>
-        <translation>Speichern der Karte fehlgeschlagen.</translation>
-    </message>
-    <message numerus="yes">
-        <source>Map of %n entry(s) saved to %1.</source>
-        <translation>
-            <numerusform>Karte mit %n Eintrag in %1 gespeichert.</numerusform>
-            <numerusform>Karte mit %n Einträgen in %1 gespeichert.</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>Uploaded %n entry(s) to %1.</source>
-        <translation>
-            <numerusform>%n Eintrag nach %1 hochgeladen.</numerusform>
-            <numerusform>%n Einträge nach %1 hochgeladen.</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>Upload to %1 failed.</source>
-        <translation>Hochladen nach %1 fehlgeschlagen.</translation>
-    </message>
-    <message>
-        <source>Loading %1 failed.</source>
-        <translation>Laden von %1 fehlgeschlagen.</translation>
-    </message>
-    <message>
-        <source>Download from %1 failed.</source>
-        <translation>Herunterladen von %1 fehlgeschlagen.</translation>
-    </message>
-    <message numerus="yes">
-        <source>Downloaded %n entry(s) from %1 to %2.</source>
-        <translation>
-            <numerusform>%n Eintrag von %1 nach %2 heruntergeladen.</numerusform>
-            <numerusform>%n Einträge von %1 nach %2 heruntergeladen.</numerusform>
-        </translation>
     </message>
 </context>
 <context>
@@ -1629,6 +1360,169 @@ Möchten Sie fortfahren?</translation>
     </message>
 </context>
 <context>
+    <name>UXCMapFiles</name>
+    <message>
+        <source>Text (*%1)</source>
+        <translation>Text (*%1)</translation>
+    </message>
+    <message>
+        <source>Bin (*%1)</source>
+        <translation>Binär (*%1)</translation>
+    </message>
+    <message>
+        <source>Export Map</source>
+        <translation>Karte exportieren</translation>
+    </message>
+    <message>
+        <source>Save Map</source>
+        <translation>Karte speichern</translation>
+    </message>
+    <message>
+        <source>Save to file failed!</source>
+        <translation>Speichern in Datei fehlgeschlagen!</translation>
+    </message>
+    <message>
+        <source>Saving the map failed.</source>
+        <translation>Speichern der Karte fehlgeschlagen.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Map of %n entry(s) saved to %1.</source>
+        <translation>
+            <numerusform>Karte mit %n Eintrag in %1 gespeichert.</numerusform>
+            <numerusform>Karte mit %n Einträgen in %1 gespeichert.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Import Map</source>
+        <translation>Karte importieren</translation>
+    </message>
+    <message>
+        <source>Text (*.txt)</source>
+        <translation>Text (*.txt)</translation>
+    </message>
+</context>
+<context>
+    <name>UXCMapSlotActions</name>
+    <message>
+        <source> succeeded</source>
+        <translation> erfolgreich</translation>
+    </message>
+    <message>
+        <source> failed</source>
+        <translation> fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Upload Map</source>
+        <translation>Karte hochladen</translation>
+    </message>
+    <message>
+        <source>Stop streaming before uploading map to camera.</source>
+        <translation>Beenden Sie den Bildeinzug, bevor Sie eine Karte in die Kamera laden.</translation>
+    </message>
+    <message>
+        <source>Upload Defect Pixel Map</source>
+        <translation>Defektpixelkarte hochladen</translation>
+    </message>
+    <message>
+        <source>Upload failed: empty map</source>
+        <translation>Hochladen fehlgeschlagen: leere Karte</translation>
+    </message>
+    <message>
+        <source>Upload failed: empty map!</source>
+        <translation>Hochladen fehlgeschlagen: leere Karte!</translation>
+    </message>
+    <message>
+        <source>Upload Map %1.</source>
+        <translation>Karte hochladen %1.</translation>
+    </message>
+    <message>
+        <source>The uploaded map would overwrite the selected map '%1'.
+Start upload?</source>
+        <translation>Die hochgeladene Karte würde die ausgewählte Karte '%1' überschreiben.
+Hochladen starten?</translation>
+    </message>
+    <message numerus="yes">
+        <source>Uploaded %n entry(s) to %1.</source>
+        <translation>
+            <numerusform>%n Eintrag nach %1 hochgeladen.</numerusform>
+            <numerusform>%n Einträge nach %1 hochgeladen.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Upload to %1 failed.</source>
+        <translation>Hochladen nach %1 fehlgeschlagen.</translation>
+    </message>
+    <message>
+        <source>Upload Generated Map</source>
+        <translation>Erzeugte Karte hochladen</translation>
+    </message>
+    <message>
+        <source>Upload Generated Map '%1'%2: %3 bytes written.</source>
+        <translation>Erzeugte Karte '%1' hochladen%2: %3 Bytes geschrieben.</translation>
+    </message>
+    <message>
+        <source>Upload Local Map</source>
+        <translation>Lokale Karte hochladen</translation>
+    </message>
+    <message>
+        <source>Upload Local Map %1.</source>
+        <translation>Lokale Karte hochladen %1.</translation>
+    </message>
+    <message>
+        <source>The uploaded map would overwrite the selected map '%1'.
+Do you want to proceed?</source>
+        <translation>Die hochgeladene Karte würde die ausgewählte Karte '%1' überschreiben.
+Möchten Sie fortfahren?</translation>
+    </message>
+    <message>
+        <source>Upload Map: loading local map failed!</source>
+        <translation>Karte hochladen: Laden der lokalen Karte fehlgeschlagen!</translation>
+    </message>
+    <message>
+        <source>Loading %1 failed.</source>
+        <translation>Laden von %1 fehlgeschlagen.</translation>
+    </message>
+    <message>
+        <source>Bin (*.bin)</source>
+        <translation>Binär (*.bin)</translation>
+    </message>
+    <message>
+        <source>Upload Local File</source>
+        <translation>Lokale Datei hochladen</translation>
+    </message>
+    <message>
+        <source>Upload Local File '%1'%2: %3 bytes written.</source>
+        <translation>Lokale Datei '%1' hochladen%2: %3 Bytes geschrieben.</translation>
+    </message>
+    <message>
+        <source>Download device file %1.</source>
+        <translation>Gerätedatei herunterladen %1.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Downloaded %n entry(s) from %1 to %2.</source>
+        <translation>
+            <numerusform>%n Eintrag von %1 nach %2 heruntergeladen.</numerusform>
+            <numerusform>%n Einträge von %1 nach %2 heruntergeladen.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Download from %1 failed.</source>
+        <translation>Herunterladen von %1 fehlgeschlagen.</translation>
+    </message>
+    <message>
+        <source>Download File As</source>
+        <translation>Datei herunterladen als</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Herunterladen</translation>
+    </message>
+    <message>
+        <source>Download device file %1: %2 bytes written.</source>
+        <translation>Gerätedatei %1 herunterladen: %2 Bytes geschrieben.</translation>
+    </message>
+</context>
+<context>
     <name>UXCMapStatus</name>
     <message>
         <source>%1 (factory map)</source>
@@ -1678,6 +1572,129 @@ Trotzdem hochladen?</translation>
     <message>
         <source>Upload refused: DefPixMap0 is the read-only factory map.</source>
         <translation>Hochladen abgelehnt: DefPixMap0 ist die schreibgeschützte Werkskarte.</translation>
+    </message>
+</context>
+<context>
+    <name>UXCMapTransfers</name>
+    <message>
+        <source>The camera reports an implausible maximal map size: %1.</source>
+        <translation>Die Kamera meldet eine unplausible maximale Kartengröße: %1.</translation>
+    </message>
+    <message>
+        <source>Upload Map: setting DefectPixelCorrection_MapSelect to '%1' failed!</source>
+        <translation>Karte hochladen: Setzen von DefectPixelCorrection_MapSelect auf '%1' fehlgeschlagen!</translation>
+    </message>
+    <message>
+        <source>Upload Defect Pixel Map</source>
+        <translation>Defektpixelkarte hochladen</translation>
+    </message>
+    <message>
+        <source>Download Map From Camera</source>
+        <translation>Karte aus der Kamera laden</translation>
+    </message>
+    <message>
+        <source>Download Map</source>
+        <translation>Karte herunterladen</translation>
+    </message>
+    <message>
+        <source>Download failed: map not initialized</source>
+        <translation>Herunterladen fehlgeschlagen: Karte nicht initialisiert</translation>
+    </message>
+    <message>
+        <source>Download Map: map not initialized!</source>
+        <translation>Karte herunterladen: Karte nicht initialisiert!</translation>
+    </message>
+    <message>
+        <source>Upload failed: factory map is protected!</source>
+        <translation>Hochladen fehlgeschlagen: Werkskarte ist geschützt!</translation>
+    </message>
+    <message>
+        <source>Upload failed: factory map is protected</source>
+        <translation>Hochladen fehlgeschlagen: Werkskarte ist geschützt</translation>
+    </message>
+    <message>
+        <source>Clear map failed</source>
+        <translation>Löschen der Karte fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Upload failed: Clear map failed</source>
+        <translation>Hochladen fehlgeschlagen: Löschen der Karte fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Get maximal map size failed</source>
+        <translation>Lesen der maximalen Kartengröße fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Upload failed: Get maximal map size failed!</source>
+        <translation>Hochladen fehlgeschlagen: Lesen der maximalen Kartengröße fehlgeschlagen!</translation>
+    </message>
+    <message>
+        <source>Upload failed: maximum number of defect pixels exceeded!</source>
+        <translation>Hochladen fehlgeschlagen: Höchstzahl an Defektpixeln überschritten!</translation>
+    </message>
+    <message>
+        <source>Get selected map failed!</source>
+        <translation>Lesen der ausgewählten Karte fehlgeschlagen!</translation>
+    </message>
+    <message>
+        <source>Upload Defect Pixel Map: Get selected map failed!</source>
+        <translation>Defektpixelkarte hochladen: Lesen der ausgewählten Karte fehlgeschlagen!</translation>
+    </message>
+    <message>
+        <source>Upload failed: upload to factory map is protected!</source>
+        <translation>Hochladen fehlgeschlagen: Hochladen in die Werkskarte ist gesperrt!</translation>
+    </message>
+    <message>
+        <source>Upload Defect Pixel Map: upload to factory map is protected!</source>
+        <translation>Defektpixelkarte hochladen: Hochladen in die Werkskarte ist gesperrt!</translation>
+    </message>
+    <message>
+        <source>Upload failed: empty map</source>
+        <translation>Hochladen fehlgeschlagen: leere Karte</translation>
+    </message>
+    <message>
+        <source>Upload Defect Pixel Map: empty map!</source>
+        <translation>Defektpixelkarte hochladen: leere Karte!</translation>
+    </message>
+    <message>
+        <source>Clear map failed (protected map)</source>
+        <translation>Löschen der Karte fehlgeschlagen (geschützte Karte)</translation>
+    </message>
+    <message>
+        <source>Upload Defect Pixel Map: Clear map failed (protected map)!</source>
+        <translation>Defektpixelkarte hochladen: Löschen der Karte fehlgeschlagen (geschützte Karte)!</translation>
+    </message>
+    <message>
+        <source>Upload failed</source>
+        <translation>Hochladen fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Upload Defect Pixel Map: Upload failed!</source>
+        <translation>Defektpixelkarte hochladen: Hochladen fehlgeschlagen!</translation>
+    </message>
+    <message>
+        <source>Get map size failed</source>
+        <translation>Lesen der Kartengröße fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Download failed: Get map size failed!</source>
+        <translation>Herunterladen fehlgeschlagen: Lesen der Kartengröße fehlgeschlagen!</translation>
+    </message>
+    <message>
+        <source>Download failed: invalid map size!</source>
+        <translation>Herunterladen fehlgeschlagen: ungültige Kartengröße!</translation>
+    </message>
+    <message>
+        <source>Get selected map failed</source>
+        <translation>Lesen der ausgewählten Karte fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Download Map: Get selected map failed!</source>
+        <translation>Karte herunterladen: Lesen der ausgewählten Karte fehlgeschlagen!</translation>
+    </message>
+    <message>
+        <source>Download Map: Get map size failed!</source>
+        <translation>Karte herunterladen: Lesen der Kartengröße fehlgeschlagen!</translation>
     </message>
 </context>
 <context>

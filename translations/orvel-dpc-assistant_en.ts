@@ -44,6 +44,9 @@
             <numerusform>%n dark images added.</numerusform>
         </translation>
     </message>
+</context>
+<context>
+    <name>UXCMapFiles</name>
     <message numerus="yes">
         <source>Map of %n entry(s) saved to %1.</source>
         <translation>
@@ -51,6 +54,9 @@
             <numerusform>Map of %n entries saved to %1.</numerusform>
         </translation>
     </message>
+</context>
+<context>
+    <name>UXCMapSlotActions</name>
     <message numerus="yes">
         <source>Uploaded %n entry(s) to %1.</source>
         <translation>
