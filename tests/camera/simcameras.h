@@ -35,15 +35,8 @@ inline bool startup()
     return ZebTest::startSdk() == ZebCPP::ZebErrorSuccess;
 }
 
-// Null when the camera is unknown or cannot be opened.
-inline ZebCPP::CameraPtr openCamera(const std::string& id)
-{
-    ZebCPP::CameraPtr camera;
-    if (ZebCPP::ZebSystem::GetInstance().GetCameraByID(id.c_str(), camera) != ZebCPP::ZebErrorSuccess
-        || camera->Open(ZebCPP::AccessModeFull) != ZebCPP::ZebErrorSuccess)
-        camera.reset();
-    return camera;
-}
+using ZebTest::openCamera;
+using ZebTest::storedMap;
 
 inline QString extendedIdOf(const char* plainId)
 {

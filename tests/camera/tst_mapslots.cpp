@@ -35,9 +35,7 @@ std::vector<t_defpix> diagonal(unsigned int count, unsigned int type = 0)
 
 size_t storedCount(const char* camera, uint32_t slot)
 {
-    std::vector<SimControl::SimMapEntry> entries;
-    SimControl::GetStoredMap(camera, slot, entries);
-    return entries.size();
+    return SimCameras::storedMap(camera, slot).size();
 }
 
 } // namespace

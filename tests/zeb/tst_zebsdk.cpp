@@ -199,9 +199,7 @@ void TestZebSdk::cameraVanishesDuringMemoryWrite()
     QCOMPARE(camera->WriteMemory(0x10025000, words.data(), uint32_t(words.size()), done), ZebErrorBadHandle);
     QCOMPARE(done, 0u);
     QVERIFY(observer->waitFor(UpdateTriggerPluggedOut));
-    std::vector<SimControl::SimMapEntry> stored;
-    SimControl::GetStoredMap(ZebTest::kRegister, 1, stored);
-    QVERIFY(stored.empty());
+    QVERIFY(ZebTest::storedMap(ZebTest::kRegister, 1).empty());
     QCOMPARE(camera->Close(), ZebErrorBadHandle);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ZebCPP.h"
+#include "sim/simcontrol.h"
 
 #include <QtTest>
 
@@ -9,8 +10,8 @@
 #include <string>
 #include <thread>
 
-// Shared steps of the SDK suites: start the SDK on a simulated camera set and
-// open cameras of the built-in set by serial number.
+// Shared steps of the SDK and camera suites: start the SDK on a simulated camera
+// set, open cameras of the built-in set, and read what their map slots hold.
 
 namespace ZebTest {
 
@@ -34,8 +35,12 @@ inline void stopSdk()
     ZebCPP::ZebSystem::GetInstance().Shutdown();
 }
 
+// By serial number, or by plain or extended ID.
 inline ZebCPP::CameraPtr cameraBySerial(const std::string& serial)
 {
+    ZebCPP::CameraPtr byId;
+    if (ZebCPP::ZebSystem::GetInstance().GetCameraByID(serial.c_str(), byId) == ZebCPP::ZebErrorSuccess)
+        return byId;
     std::vector<ZebCPP::CameraPtr> cameras;
     ZebCPP::ZebSystem::GetInstance().GetCameras(cameras);
     for (const ZebCPP::CameraPtr& camera : cameras) {
@@ -47,12 +52,21 @@ inline ZebCPP::CameraPtr cameraBySerial(const std::string& serial)
     return nullptr;
 }
 
+// Null when the camera is unknown or cannot be opened.
 inline ZebCPP::CameraPtr openCamera(const std::string& serial)
 {
     ZebCPP::CameraPtr camera = cameraBySerial(serial);
     if (camera && camera->Open(ZebCPP::AccessModeFull) != ZebCPP::ZebErrorSuccess)
         return nullptr;
     return camera;
+}
+
+// What a simulated camera's map slot holds now (slot 0 is the factory map).
+inline std::vector<ZebCPP::SimControl::SimMapEntry> storedMap(const std::string& camera, uint32_t slot)
+{
+    std::vector<ZebCPP::SimControl::SimMapEntry> entries;
+    ZebCPP::SimControl::GetStoredMap(camera, slot, entries);
+    return entries;
 }
 
 inline ZebCPP::FeaturePtr feature(const ZebCPP::CameraPtr& camera, const char* name)
@@ -114,3 +128,10 @@ private:
 };
 
 } // namespace ZebTest
+
+namespace ZebCPP::SimControl {
+inline bool operator==(const SimMapEntry& a, const SimMapEntry& b)
+{
+    return a.x == b.x && a.y == b.y && a.type == b.type;
+}
+} // namespace ZebCPP::SimControl
