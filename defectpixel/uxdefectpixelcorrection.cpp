@@ -2,17 +2,15 @@
 #include "ui_uxdefectpixelcorrection.h"
 
 #include "defectclassification.h"
-#include "defectmapgenerator.h"
 #include "defectviewerbinding.h"
-#include "filemapslots.h"
 #include "imageseries.h"
 #include "mapformat.h"
 #include "mapslotprofile.h"
 #include "thresholdinput.h"
 #include "uxcamera.h"
-#include "uxdialogs.h"
 #include "uxfiletaskrunner.h"
 #include "uxmapfiles.h"
+#include "uxmapgeneration.h"
 #include "uxmapslotactions.h"
 #include "uxmapstatus.h"
 #include "uxmaptransfers.h"
@@ -43,6 +41,7 @@ UXCDefectPixelCorrection::UXCDefectPixelCorrection(QWidget* parent)
     m_transfers = std::make_unique<UXCMapTransfers>(
         m_slots, *m_messages, [this](bool visible, int value) { emit actionViewerUpdateProcessBar(visible, value); });
     m_mapFiles = std::make_unique<UXCMapFiles>(m_slots, m_patterns, *m_messages);
+    m_generator = std::make_unique<UXCMapGeneration>(m_slots, *m_transfers, *m_messages);
     m_fileTasks = new UXCFileTaskRunner(this, *m_messages, [this] { return m_slots.fileSlots(); });
     m_mapStatus = new UXCMapStatus({this, ui->txtDefectPixelCount, ui->horizontalLayout, ui->cmbDefectPixelMapSelector,
                                     ui->btnUploadMapToCam, ui->btnUploadLocalMap},
@@ -164,7 +163,6 @@ bool UXCDefectPixelCorrection::Init(UxCamera* camera)
     ui->lblCameraName->setText(camera->GetCameraName() + "\n" + tr("Firmware: ")
                                + camera->GetCameraManufacturerInfo() + "\n");
     m_camera = camera;
-    m_features = camera->GetFeatureContainer();
     setEndianess(camera->IsBigEndian());
     m_saveImageDir = UXCSettings::getInstance()->Get("Directory", "SaveImageDir").toString();
     m_capture->bindCamera(*camera);
@@ -208,7 +206,6 @@ void UXCDefectPixelCorrection::Reset()
     m_slots.mapSlots.reset();
     delete m_camera;
     m_camera = nullptr;
-    m_features = nullptr;
     m_darkParams.clear();
     m_brightParams.clear();
     ui->listDarkImagePath->clear();
@@ -382,9 +379,7 @@ void UXCDefectPixelCorrection::on_txtRelativeThreshold_editingFinished()
 
 void UXCDefectPixelCorrection::defpix_reset()
 {
-    QVariant maximum;
-    if (m_camera && getMaximalPixelsCorrectionMapSize(maximum))
-        m_slots.maxMapSize = maximum.toUInt();
+    m_generator->refreshMaxMapSize();
     m_map = DefectMap(m_slots.maxMapSize);
     ui->btnSaveMapToFile->setEnabled(false);
     ui->btnUploadMapToCam->setEnabled(false);
@@ -415,33 +410,10 @@ bool UXCDefectPixelCorrection::create_defpix_map_color()
 
 bool UXCDefectPixelCorrection::generate(bool color)
 {
-    const QImage dark = ui->lblMeanImageDark->getImage();
-    const QImage bright = color ? QImage() : ui->lblMeanImageBright->getImage();
-    m_generation = MapGeneration::MissingImages;
-    if (!dark.isNull() || !bright.isNull()) {
-        // Filled aside, so that a failed threshold step leaves the shown map as it is.
-        QVariant maximum;
-        if (m_camera && getMaximalPixelsCorrectionMapSize(maximum))
-            m_slots.maxMapSize = maximum.toUInt();
-        DefectMap next(m_slots.maxMapSize);
-        m_generation = color ? ::create_defpix_map_color(dark, m_darkParams, m_geometry, next)
-                             : ::create_defpix_map(dark, bright, m_darkParams, m_brightParams, m_geometry, next);
-        if (m_generation == MapGeneration::Generated)
-            m_map = std::move(next);
-    }
-    if (m_generation == MapGeneration::Generated)
-        return true;
-    QApplication::restoreOverrideCursor();
-    if (m_generation == MapGeneration::NoMemory) {
-        m_messages->fail(tr("Generate Map"), tr("Generate map failed: out of memory!"),
-                         tr("Generate map failed: out of memory!"));
-        return false;
-    }
-    dialogs().information(this, tr("Generate Map"), tr("Generate map failed: missing image parameters"));
-    log(color ? tr("Generate color map failed: missing image parameters!")
-              : tr("Generate map failed: missing image parameters!"),
-        LogError);
-    return false;
+    m_generation = m_generator->generate(ui->lblMeanImageDark->getImage(),
+                                         color ? QImage() : ui->lblMeanImageBright->getImage(), color,
+                                         {m_darkParams, m_brightParams, m_geometry}, m_map);
+    return m_generation == MapGeneration::Generated;
 }
 
 void UXCDefectPixelCorrection::setupDefMatchSettings(QSettings* settings)
@@ -498,16 +470,7 @@ void UXCDefectPixelCorrection::on_btnGenerateMap_clicked()
         conv_defpix_map_990(m_map.data(), m_map.count());
 
     if (m_map.count() > m_slots.maxMapSize) {
-        QApplication::restoreOverrideCursor();
-        const QString text = tr("The resulting number of defect pixels: %1; the maximum allowed is: %2.")
-                                 .arg(m_map.count())
-                                 .arg(m_slots.maxMapSize);
-        dialogs().information(this, tr("Generate Map"), text);
-        log(tr("Generate map: The resulting number of defect pixels: %1; the maximum allowed is: %2.")
-                .arg(m_map.count())
-                .arg(m_slots.maxMapSize),
-            LogError);
-        report(text, LogError);
+        m_generator->refuseOverMaximum(m_map.count());
         return;
     }
     log(tr("Map successfully generated."), LogInfo);

@@ -24,13 +24,13 @@ class UXCDialogs;
 class UXCFileTaskRunner;
 class UXCFrameCaptureControl;
 class UXCMapFiles;
+class UXCMapGeneration;
 class UXCMapSlotActions;
 class UXCMapStatus;
 class UXCMapTransfers;
 class UXCPanelMessages;
 class UXCSeriesCapture;
 class UxCamera;
-class UxCameraFeature;
 
 namespace Ui {
 class UXCDefectPixelCorrection;
@@ -171,7 +171,6 @@ private:
 
     std::unique_ptr<Ui::UXCDefectPixelCorrection> ui;
     UxCamera* m_camera = nullptr;
-    UxCameraFeature* m_features = nullptr;
     ImageGeometry m_geometry;
     MapSlotBinding m_slots;
     DefectMap m_map;
@@ -186,6 +185,7 @@ private:
     std::unique_ptr<UXCPanelMessages> m_messages;
     std::unique_ptr<UXCMapTransfers> m_transfers;
     std::unique_ptr<UXCMapFiles> m_mapFiles;
+    std::unique_ptr<UXCMapGeneration> m_generator;
     // Children of the panel.
     UXCFileTaskRunner* m_fileTasks = nullptr;
     UXCMapStatus* m_mapStatus = nullptr;

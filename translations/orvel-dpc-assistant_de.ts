@@ -1016,10 +1016,6 @@ Fügen Sie im Assistenten dunkle oder helle Bilder hinzu; ihr Mittelwertbild und
         <translation>Karte erzeugen fehlgeschlagen: kein Speicher mehr.</translation>
     </message>
     <message>
-        <source>Generate map failed: out of memory!</source>
-        <translation>Karte erzeugen fehlgeschlagen: kein Speicher mehr!</translation>
-    </message>
-    <message>
         <source>Defect Pixel Correction</source>
         <translation>Defektpixelkorrektur</translation>
     </message>
@@ -1162,26 +1158,6 @@ Fügen Sie im Assistenten dunkle oder helle Bilder hinzu; ihr Mittelwertbild und
     <message>
         <source>Cancel</source>
         <translation>Abbrechen</translation>
-    </message>
-    <message>
-        <source>Generate map failed: missing image parameters</source>
-        <translation>Karte erzeugen fehlgeschlagen: Bildparameter fehlen</translation>
-    </message>
-    <message>
-        <source>Generate map failed: missing image parameters!</source>
-        <translation>Karte erzeugen fehlgeschlagen: Bildparameter fehlen!</translation>
-    </message>
-    <message>
-        <source>Generate color map failed: missing image parameters!</source>
-        <translation>Farbkarte erzeugen fehlgeschlagen: Bildparameter fehlen!</translation>
-    </message>
-    <message>
-        <source>The resulting number of defect pixels: %1; the maximum allowed is: %2.</source>
-        <translation>Resultierende Anzahl Defektpixel: %1; höchstens erlaubt sind: %2.</translation>
-    </message>
-    <message>
-        <source>Generate map: The resulting number of defect pixels: %1; the maximum allowed is: %2.</source>
-        <translation>Karte erzeugen: Resultierende Anzahl Defektpixel: %1; höchstens erlaubt sind: %2.</translation>
     </message>
     <message>
         <source>Map successfully generated.</source>
@@ -1399,6 +1375,37 @@ Fügen Sie im Assistenten dunkle oder helle Bilder hinzu; ihr Mittelwertbild und
     <message>
         <source>Text (*.txt)</source>
         <translation>Text (*.txt)</translation>
+    </message>
+</context>
+<context>
+    <name>UXCMapGeneration</name>
+    <message>
+        <source>Generate Map</source>
+        <translation>Karte erzeugen</translation>
+    </message>
+    <message>
+        <source>Generate map failed: out of memory!</source>
+        <translation>Karte erzeugen fehlgeschlagen: kein Speicher mehr!</translation>
+    </message>
+    <message>
+        <source>Generate map failed: missing image parameters</source>
+        <translation>Karte erzeugen fehlgeschlagen: Bildparameter fehlen</translation>
+    </message>
+    <message>
+        <source>Generate color map failed: missing image parameters!</source>
+        <translation>Farbkarte erzeugen fehlgeschlagen: Bildparameter fehlen!</translation>
+    </message>
+    <message>
+        <source>Generate map failed: missing image parameters!</source>
+        <translation>Karte erzeugen fehlgeschlagen: Bildparameter fehlen!</translation>
+    </message>
+    <message>
+        <source>The resulting number of defect pixels: %1; the maximum allowed is: %2.</source>
+        <translation>Resultierende Anzahl Defektpixel: %1; höchstens erlaubt sind: %2.</translation>
+    </message>
+    <message>
+        <source>Generate map: The resulting number of defect pixels: %1; the maximum allowed is: %2.</source>
+        <translation>Karte erzeugen: Resultierende Anzahl Defektpixel: %1; höchstens erlaubt sind: %2.</translation>
     </message>
 </context>
 <context>
