@@ -14,18 +14,17 @@
 #include "uxmapslotactions.h"
 #include "uxmapstatus.h"
 #include "uxmaptransfers.h"
+#include "uxpanelkeyboard.h"
 #include "uxpanelmessages.h"
 #include "uxseriescapture.h"
 #include "uxsettings.h"
 
 #include <QApplication>
-#include <QShortcut>
 
 namespace {
 
 constexpr int kAbsoluteThresholdLimit = 255;
 constexpr int kRelativeThresholdLimit = 100;
-const QSize kMeanMinimum(160, 120);
 
 } // namespace
 
@@ -63,7 +62,7 @@ UXCDefectPixelCorrection::UXCDefectPixelCorrection(QWidget* parent)
     connect(ui->cmbDefectPixelMapSelector, QOverload<int>::of(&QComboBox::activated), this,
             &UXCDefectPixelCorrection::enableButtons);
     connect(m_capture, &UXCSeriesCapture::frameCaptured, this, &UXCDefectPixelCorrection::addCapturedImage);
-    setupKeyboard();
+    UXCPanelKeyboard::setUp(*ui, this, [this](int kind) { deleteImages(kind); });
     m_viewerBinding = std::make_unique<DefectViewerBinding>(DefectViewerBinding::PanelParts{
         this, ui->lblMeanImageDark, ui->lblMeanImageBright, ui->txtAbsoluteThreshold, ui->txtRelativeThreshold,
         ui->horizontalLayout});
@@ -74,35 +73,6 @@ UXCDefectPixelCorrection::UXCDefectPixelCorrection(QWidget* parent)
 UXCDefectPixelCorrection::~UXCDefectPixelCorrection()
 {
     Reset();
-}
-
-void UXCDefectPixelCorrection::setupKeyboard()
-{
-    // The mean images stay large enough to judge whatever the docks take.
-    ui->frameMeanImageDark->setMinimumSize(kMeanMinimum);
-    ui->frameMeanImageBright->setMinimumSize(kMeanMinimum);
-
-    // Mnemonics on the same words the form shows.
-    ui->btnCloseCamera->setText(tr("Cl&ose Camera"));
-    ui->btnAddDarkImage->setText(tr("&Add"));
-    ui->btnDeleteDarkImage->setText(tr("&Delete"));
-    ui->btnAddBrightImage->setText(tr("&Add"));
-    ui->btnDeleteBrightImage->setText(tr("&Delete"));
-    ui->btnGenerateMap->setText(tr("&Generate Map"));
-    ui->btnUploadMapToCam->setText(tr("&Upload Generated Map To Camera"));
-    ui->btnSaveMapToFile->setText(tr("&Save Generated Map To File "));
-    ui->btnUploadLocalMap->setText(tr("Upload &Local Map To Camera"));
-    ui->btnDownloadMapToFile->setText(tr("Do&wnload Map To File"));
-
-    // Delete removes the selected images of the list that has the focus.
-    for (QListWidget* list : {ui->listDarkImagePath, ui->listBrightImagePath}) {
-        const int kind = list == ui->listDarkImagePath ? DarkSeries : BrightSeries;
-        auto* shortcut = new QShortcut(QKeySequence::Delete, list, nullptr, nullptr, Qt::WidgetShortcut);
-        connect(shortcut, &QShortcut::activated, this, [this, list, kind] {
-            if (!list->selectedItems().isEmpty())
-                deleteImages(kind);
-        });
-    }
 }
 
 void UXCDefectPixelCorrection::focusFirstAction()

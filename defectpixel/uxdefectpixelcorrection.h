@@ -166,8 +166,6 @@ private:
     UXCDialogs& dialogs() const;
     void report(const QString& text, LogType type);
     void setMapStale(bool stale);
-    // Mnemonics, the Delete key and sizes beside what the form sets.
-    void setupKeyboard();
 
     std::unique_ptr<Ui::UXCDefectPixelCorrection> ui;
     UxCamera* m_camera = nullptr;

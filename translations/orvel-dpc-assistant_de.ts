@@ -1200,38 +1200,6 @@ Fügen Sie im Assistenten dunkle oder helle Bilder hinzu; ihr Mittelwertbild und
         <source>Generate map failed: missing image parameters.</source>
         <translation>Karte erzeugen fehlgeschlagen: Bildparameter fehlen.</translation>
     </message>
-    <message>
-        <source>Cl&amp;ose Camera</source>
-        <translation>Kamera schl&amp;ießen</translation>
-    </message>
-    <message>
-        <source>&amp;Add</source>
-        <translation>&amp;Hinzufügen</translation>
-    </message>
-    <message>
-        <source>&amp;Delete</source>
-        <translation>&amp;Löschen</translation>
-    </message>
-    <message>
-        <source>&amp;Generate Map</source>
-        <translation>Karte &amp;erzeugen</translation>
-    </message>
-    <message>
-        <source>&amp;Upload Generated Map To Camera</source>
-        <translation>Erzeugte Karte zur &amp;Kamera hochladen</translation>
-    </message>
-    <message>
-        <source>&amp;Save Generated Map To File </source>
-        <translation>Erzeugte Karte in Datei &amp;speichern </translation>
-    </message>
-    <message>
-        <source>Upload &amp;Local Map To Camera</source>
-        <translation>Lokale Karte zur Kamera hochla&amp;den</translation>
-    </message>
-    <message>
-        <source>Do&amp;wnload Map To File</source>
-        <translation>Karte in Datei her&amp;unterladen</translation>
-    </message>
 </context>
 <context>
     <name>UXCFileTaskRunner</name>
@@ -1702,6 +1670,41 @@ Trotzdem hochladen?</translation>
     <message>
         <source>Download Map: Get map size failed!</source>
         <translation>Karte herunterladen: Lesen der Kartengröße fehlgeschlagen!</translation>
+    </message>
+</context>
+<context>
+    <name>UXCPanelKeyboard</name>
+    <message>
+        <source>Cl&amp;ose Camera</source>
+        <translation>Kamera schl&amp;ießen</translation>
+    </message>
+    <message>
+        <source>&amp;Add</source>
+        <translation>&amp;Hinzufügen</translation>
+    </message>
+    <message>
+        <source>&amp;Delete</source>
+        <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <source>&amp;Generate Map</source>
+        <translation>Karte &amp;erzeugen</translation>
+    </message>
+    <message>
+        <source>&amp;Upload Generated Map To Camera</source>
+        <translation>Erzeugte Karte zur &amp;Kamera hochladen</translation>
+    </message>
+    <message>
+        <source>&amp;Save Generated Map To File </source>
+        <translation>Erzeugte Karte in Datei &amp;speichern </translation>
+    </message>
+    <message>
+        <source>Upload &amp;Local Map To Camera</source>
+        <translation>Lokale Karte zur Kamera hochla&amp;den</translation>
+    </message>
+    <message>
+        <source>Do&amp;wnload Map To File</source>
+        <translation>Karte in Datei her&amp;unterladen</translation>
     </message>
 </context>
 <context>
