@@ -60,6 +60,7 @@ private slots:
     void cleanup();
 
     void monochromeFileAccessCamera();
+    void meanImageStaysUsableOnSmallAndCommonScreens();
     void colourCameraOfRevision4();
     void bigEndianRegisterCamera();
     void largeAndEmptyLocalMapFiles();
@@ -212,22 +213,6 @@ void TestAssistantEndToEnd::monochromeFileAccessCamera()
     QVERIFY2(missed.isEmpty(), qPrintable("seeded defects not found: " + missed.join(", ")));
     QCOMPARE(found, expected);
 
-    QVERIFY(saveShot(m_window.get(), DPC_ARTIFACT_DIR "/assistant-generated-map.png"));
-    // The smallest window with the log shown, and two common screens: the mean image stays usable.
-    m_window->findChild<QDockWidget*>("logDock")->show();
-    for (const QSize& size : {QSize(600, 600), QSize(1366, 768), QSize(1920, 1080)}) {
-        m_window->resize(size);
-        QApplication::processEvents();
-        const QLabel* mean = assistant().findChild<QLabel*>("lblMeanImageDark");
-        QVERIFY2(mean->width() >= 150 && mean->height() >= 100,
-                 qPrintable(QString("%1 x %2").arg(mean->width()).arg(mean->height())));
-        QVERIFY(m_window->findChild<QDockWidget*>("logDock")->height() <= size.height() / 3);
-        QVERIFY(saveShot(m_window.get(), QString(DPC_ARTIFACT_DIR "/assistant-generated-map-%1x%2.png")
-                                             .arg(size.width()).arg(size.height())));
-    }
-    m_window->findChild<QDockWidget*>("logDock")->hide();
-    m_window->resize(760, 900);
-
     activateSlot(assistant(), 1);
     QSignalSpy progress(camera, &UxCamera::updateTransferProcess);
     click(assistant(), "btnUploadMapToCam");
@@ -257,6 +242,27 @@ void TestAssistantEndToEnd::monochromeFileAccessCamera()
     QVERIFY(button(assistant(), "btnUploadLocalMap")->isEnabled());
     QVERIFY(!button(assistant(), "btnUploadMapToCam")->isEnabled());
 
+    closeCamera();
+}
+
+void TestAssistantEndToEnd::meanImageStaysUsableOnSmallAndCommonScreens()
+{
+    QVERIFY(open("DEV_KV1230001"));
+    addImages("btnAddDarkImage", captureSeries(assistant().camera(), m_dir.path(), "layoutdark", 1, false));
+    generate();
+    QVERIFY(saveShot(m_window.get(), DPC_ARTIFACT_DIR "/assistant-generated-map.png"));
+    // The smallest window with the log shown, and two common screens: the mean image stays usable.
+    m_window->findChild<QDockWidget*>("logDock")->show();
+    for (const QSize& size : {QSize(600, 600), QSize(1366, 768), QSize(1920, 1080)}) {
+        m_window->resize(size);
+        QApplication::processEvents();
+        const QLabel* mean = assistant().findChild<QLabel*>("lblMeanImageDark");
+        QVERIFY2(mean->width() >= 150 && mean->height() >= 100,
+                 qPrintable(QString("%1 x %2").arg(mean->width()).arg(mean->height())));
+        QVERIFY(m_window->findChild<QDockWidget*>("logDock")->height() <= size.height() / 3);
+        QVERIFY(saveShot(m_window.get(), QString(DPC_ARTIFACT_DIR "/assistant-generated-map-%1x%2.png")
+                                             .arg(size.width()).arg(size.height())));
+    }
     closeCamera();
 }
 

@@ -509,10 +509,8 @@ void TestPanel::truncatedAndStaleMapsAreShown()
     QVERIFY(rig.bind("SMF0001"));
     rig.dialogs.openFileNames = captureSeries(rig.panel.camera(), m_dir.path(), "smalldark", 3, false);
     click(rig.panel, "btnAddDarkImage");
-    QCOMPARE(outcomes(outcome).last(), QString("3 dark image(s) added."));
 
     click(rig.panel, "btnGenerateMap");
-    QCOMPARE(rig.logLines().last(), QString("0|Map successfully generated."));
     const QString warning = "9 pixels flagged; only 8 fit into the camera's map. Raise the thresholds to flag "
                             "fewer pixels.";
     QCOMPARE(outcomes(outcome).last(), warning);
