@@ -1,6 +1,7 @@
 #include "panelfixture.h"
 
 #include "ApiController.h"
+#include "capturedimage.h"
 #include "defectmapcontainer.h"
 #include "uxcamera.h"
 #include "uxcamerafeature.h"
@@ -13,7 +14,6 @@
 #include <QDir>
 #include <QApplication>
 #include <QComboBox>
-#include <QImage>
 #include <QProgressDialog>
 #include <QPushButton>
 #include <QtTest>
@@ -239,9 +239,6 @@ QStringList captureSeries(UxCamera* camera, const QString& dir, const QString& p
     UxCameraFeature* features = camera->GetFeatureContainer();
     if (!features->SetValue("ExposureTime", 10000.0) || !features->SetValue("SimLightLevel", bright ? 100.0 : 0.0))
         return {};
-    QVector<QRgb> grey(256);
-    for (int i = 0; i < 256; ++i)
-        grey[i] = qRgb(i, i, i);
     QStringList paths;
     for (int i = 0; i < count; ++i) {
         ZebCPP::FramePtr frame;
@@ -252,10 +249,8 @@ QStringList captureSeries(UxCamera* camera, const QString& dir, const QString& p
             || frame->GetHeight(height) != ZebCPP::ZebErrorSuccess
             || frame->GetBuffer(data) != ZebCPP::ZebErrorSuccess)
             return {};
-        QImage image(data, int(width), int(height), int(width), QImage::Format_Indexed8);
-        image.setColorTable(grey);
         const QString path = QDir(dir).filePath(QString("%1%2.bmp").arg(prefix).arg(i));
-        if (!image.save(path, "BMP"))
+        if (!writeFrameBitmap(path, data, width, height))
             return {};
         paths << path;
     }

@@ -34,8 +34,8 @@ public:
         QString kind;   // "open files", "open file", "save file", "information", "critical", "question"
         QString title;  // caption or title
         QString text;   // filter for file dialogs, text for message boxes
-        QString dir;    // start folder of file dialogs
-        QString details; // unfoldable details of a message box
+        QString dir{};     // start folder of file dialogs
+        QString details{}; // unfoldable details of a message box
         bool overProgress = false; // a progress window was showing when the box came
     };
 

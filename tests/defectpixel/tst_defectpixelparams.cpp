@@ -56,12 +56,11 @@ std::vector<unsigned char> referenceMask(const QImage& mean, bool absolute, int 
     return mask;
 }
 
-// Random bytes around a level, so thresholds land on and beside the noise.
-QImage randomImage(int width, int height, QImage::Format format, std::mt19937& random, int level = 128,
-                   int spread = 128)
+// Random bytes over the whole range.
+QImage randomImage(int width, int height, QImage::Format format, std::mt19937& random)
 {
     QImage image(width, height, format);
-    std::uniform_int_distribution<int> noise(std::max(0, level - spread), std::min(255, level + spread));
+    std::uniform_int_distribution<int> noise(0, 255);
     for (qsizetype i = 0; i < image.sizeInBytes(); ++i)
         image.bits()[i] = uchar(noise(random));
     return image;
