@@ -1,5 +1,7 @@
 #include "bitmapfile.h"
 
+#include "largebuffer.h"
+
 #include <QFile>
 #include <QImageReader>
 #include <QtEndian>
@@ -11,6 +13,7 @@
 #include <climits>
 #include <cstdlib>
 #include <limits>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -140,12 +143,16 @@ bool readPieces(int fd, std::vector<iovec>& pieces, off_t offset)
 // The file's rows go straight into the image's lines: a bitmap's row stride
 // (4-byte aligned) is the image's, padding included, and the kernel copies a
 // bottom-up file into the lines in reverse order.
-bool readDirect(QFile& file, const QByteArray& header, QImage& image)
+bool readDirect(QFile& file, const QByteArray& header, QImage& image, QImage&& spare = QImage())
 {
     DirectLayout layout;
     if (!directLayout(header, layout))
         return false;
-    QImage lines(layout.width, layout.height, layout.format);
+    // A spare of the same shape that nobody else holds takes the rows: its pages
+    // are mapped already, where fresh 20 MB would fault in page by page.
+    const bool reusable = !spare.isNull() && spare.isDetached() && spare.format() == layout.format
+                          && spare.width() == layout.width && spare.height() == layout.height;
+    QImage lines = reusable ? std::move(spare) : newLargeImage(layout.width, layout.height, layout.format);
     if (lines.isNull())
         return false;
     const size_t stride = size_t(lines.bytesPerLine());
@@ -178,7 +185,7 @@ bool readDirect(QFile& file, const QByteArray& header, QImage& image)
 
 } // namespace
 
-ImageFile readImage(const QString& path)
+ImageFile readImage(const QString& path, QImage&& spare)
 {
     ImageFile result;
     result.path = path;
@@ -197,7 +204,7 @@ ImageFile readImage(const QString& path)
         result.problem = ImageFileProblem::Truncated;
         return result;
     }
-    if (readDirect(file, header, result.image))
+    if (readDirect(file, header, result.image, std::move(spare)))
         return result;
     if (!file.seek(0)) {
         result.problem = ImageFileProblem::Unreadable;

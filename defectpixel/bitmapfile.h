@@ -23,7 +23,9 @@ struct ImageFile {
 // uncompressed pixel data is cut short: the image reader would accept it and
 // leave the missing rows uninitialised. Plain 8-bit and 32-bit bitmaps are read
 // straight into the image's lines; everything else goes through the image reader.
-ImageFile readImage(const QString& path);
+// A spare image of the bitmap's shape that nobody else holds receives the rows
+// of the straight read instead of a new one.
+ImageFile readImage(const QString& path, QImage&& spare = QImage());
 QImage readImageFile(const QString& path);
 
 // The straight read alone: false (image untouched) when the file is not a

@@ -29,7 +29,7 @@ ImageFile ImageFileQueue::takeNext()
 {
     if (atEnd())
         return ImageFile();
-    ImageFile file = m_pending.valid() ? m_pending.get() : readImage(m_paths[m_next]);
+    ImageFile file = m_pending.valid() ? m_pending.get() : readImage(m_paths[m_next], std::move(m_spare));
     ++m_next;
     startRead();
     return file;
@@ -41,9 +41,9 @@ void ImageFileQueue::startRead()
         return;
     const QString path = m_paths[m_next];
     try {
-        m_pending = std::async(std::launch::async, [path] {
+        m_pending = std::async(std::launch::async, [path, spare = std::move(m_spare)]() mutable {
             try {
-                return readImage(path);
+                return readImage(path, std::move(spare));
             } catch (const std::bad_alloc&) {
                 ImageFile refused;
                 refused.path = path;

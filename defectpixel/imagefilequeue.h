@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <future>
+#include <utility>
 
 // Reads the image files of a batch in order, one file ahead on a worker thread,
 // so that the caller can fold file i into a series while file i + 1 is read.
@@ -24,6 +25,9 @@ public:
     bool waitForNext(std::chrono::milliseconds timeout);
     // The next file, once read; the read of the one after it starts at once.
     ImageFile takeNext();
+    // Hands back the image of a file taken before, once the caller no longer
+    // needs it: the next read fills it rather than new memory.
+    void recycle(QImage&& image) { m_spare = std::move(image); }
 
 private:
     void startRead();
@@ -31,4 +35,5 @@ private:
     QStringList m_paths;
     int m_next = 0;
     std::future<ImageFile> m_pending; // the read of m_paths[m_next]
+    QImage m_spare;
 };

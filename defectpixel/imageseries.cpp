@@ -1,8 +1,11 @@
 #include "imageseries.h"
 
 #include "bitmapfile.h"
+#include "largebuffer.h"
 
 #include <QCoreApplication>
+
+#include <utility>
 
 namespace {
 
@@ -25,8 +28,8 @@ QImage firstMean(const QImage& image, int kind, const ImageGeometry& geometry)
     // converted image's content; without padding a plain image will do.
     if (kind == DarkSeries && image.width() % 4 != 0)
         return image.convertToFormat(QImage::Format_Grayscale8);
-    QImage mean(int(geometry.width), int(geometry.height),
-                kind == DarkSeries ? QImage::Format_Grayscale8 : QImage::Format_Indexed8);
+    QImage mean = newLargeImage(int(geometry.width), int(geometry.height),
+                                kind == DarkSeries ? QImage::Format_Grayscale8 : QImage::Format_Indexed8);
     // Its content is weighted by zero images; filled only to keep it defined.
     mean.fill(0);
     return mean;
@@ -50,11 +53,17 @@ SeriesChange addImageToSeries(const QImage& image, int kind, ImageGeometry& geom
     if (!isValidKind(kind))
         return SeriesChange::InvalidKind;
 
-    QImage updated = mean.isNull() ? firstMean(image, kind, geometry) : mean;
-    QImage added = image;
-    if (updated.isNull() || !params.update(updated, added, 1))
+    QImage added = image; // before mean is taken: image may be that very object
+    // A mean nobody else holds is taken over and written in place; one the
+    // display shows as well is copied first, into memory that faults in fast.
+    const bool taken = mean.isDetached();
+    QImage updated = mean.isNull() ? firstMean(image, kind, geometry) : taken ? std::move(mean) : largeCopy(mean);
+    if (updated.isNull() || !params.update(updated, added, 1)) {
+        if (taken)
+            mean = std::move(updated); // a refused update leaves its bytes untouched
         return SeriesChange::OutOfMemory;
-    mean = updated;
+    }
+    mean = std::move(updated);
     return SeriesChange::Accepted;
 }
 

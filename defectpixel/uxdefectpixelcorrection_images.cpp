@@ -126,10 +126,11 @@ void UXCDefectPixelCorrection::_addSelectedFiles(int kind)
             keepWindowAlive();
         if (stopped())
             break;
-        const ImageFile file = queue.takeNext();
+        ImageFile file = queue.takeNext();
         const ImageGeometry before = m_geometry;
         const SeriesChange change = addImageToSeries(file.image, kind, m_geometry, params, mean);
         if (change == SeriesChange::Accepted) {
+            queue.recycle(std::move(file.image));
             list->addItem(file.path);
             ++added;
             meanShown = false;

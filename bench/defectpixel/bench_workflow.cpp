@@ -68,11 +68,12 @@ void addSeriesOverlapped(const SeriesFiles& files, ImageGeometry& geometry, Defe
 {
     ImageFileQueue queue(files.dark + files.bright);
     for (int i = 0; !queue.atEnd(); ++i) {
-        const ImageFile file = queue.takeNext();
+        ImageFile file = queue.takeNext();
         if (i < files.dark.size())
             addImageToSeries(file.image, DarkSeries, geometry, darkParams, darkMean);
         else
             addImageToSeries(file.image, BrightSeries, geometry, brightParams, brightMean);
+        queue.recycle(std::move(file.image));
     }
 }
 

@@ -288,10 +288,11 @@ bool BatchJob::generate()
             for (int i = 0; i < files.size(); ++i) {
                 m_progress(tr("loading %1 %2/%3").arg(kind == DarkSeries ? tr("dark") : tr("bright")).arg(i + 1)
                                .arg(files.size()), true);
-                const ImageFile file = queue.takeNext();
+                ImageFile file = queue.takeNext();
                 const QString& path = file.path;
                 switch (addImageToSeries(file.image, kind, geometry, params, mean)) {
                 case SeriesChange::Accepted:
+                    queue.recycle(std::move(file.image));
                     continue;
                 case SeriesChange::NullImage:
                     m_result.errors << tr("Loading image '%1' failed.").arg(path);
