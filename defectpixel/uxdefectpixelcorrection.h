@@ -23,6 +23,7 @@ class DefectViewerBinding;
 class UXCDialogs;
 class UXCFileTaskRunner;
 class UXCFrameCaptureControl;
+class UXCImageAdder;
 class UXCMapFiles;
 class UXCMapGeneration;
 class UXCMapSlotActions;
@@ -162,6 +163,7 @@ private:
     bool generate(bool color);
     void addImages(int kind);
     void deleteImages(int kind);
+    UXCImageAdder imageAdder();
     void log(const QString& message, LogType type);
     UXCDialogs& dialogs() const;
     void report(const QString& text, LogType type);

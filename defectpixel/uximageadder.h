@@ -1,0 +1,54 @@
+#pragma once
+
+#include "defectpixelparams.h"
+#include "imagegeometry.h"
+#include "logtype.h"
+
+#include <QCoreApplication>
+#include <QString>
+
+#include <functional>
+
+class QListWidget;
+class QWidget;
+class UXCDialogs;
+class UXCPixmapLabel;
+
+// Adds bitmap files to the panel's dark and bright series: one file at a time,
+// or a chosen batch whose files are read one ahead on a worker while the window
+// stays responsive. Speaks with the panel's words.
+class UXCImageAdder {
+    Q_DECLARE_TR_FUNCTIONS(UXCDefectPixelCorrection)
+
+public:
+    struct Series {
+        QListWidget* list;       // the series' files
+        UXCPixmapLabel* display; // holds the series' mean
+        DefectPixelParams* params;
+    };
+    // What the adder uses of the panel.
+    struct Panel {
+        QWidget* window; // parent of the boxes and the progress window
+        std::function<UXCDialogs&()> dialogs;
+        std::function<void(const QString&, LogType)> log;
+        std::function<void(const QString&, LogType)> report; // the outcome line
+        std::function<void()> inputsChanged;                 // the shown map is out of date
+        const unsigned int* resets;                          // moves when the panel is reset
+        ImageGeometry* geometry;
+        QString* imageDir; // where the file dialog starts; follows the chosen files
+    };
+
+    UXCImageAdder(Panel panel, Series dark, Series bright);
+
+    // Loads one file into series kind; true when the image was accepted.
+    bool addFile(const QString& path, int kind);
+    // Asks for files and adds those not in series kind yet.
+    void addChosenFiles(int kind);
+
+private:
+    const Series& series(int kind) const { return kind == 1 ? m_bright : m_dark; }
+
+    Panel m_panel;
+    Series m_dark;
+    Series m_bright;
+};
