@@ -223,30 +223,6 @@ void UXCDefectPixelCorrection::enableButtons()
 
 // Image series
 
-void UXCDefectPixelCorrection::deleteImagefromParams(const QString& path, int kind)
-{
-    if (kind != DarkSeries && kind != BrightSeries)
-        return;
-    UXCPixmapLabel* display = kind == BrightSeries ? ui->lblMeanImageBright : ui->lblMeanImageDark;
-    DefectPixelParams& params = kind == BrightSeries ? m_brightParams : m_darkParams;
-    QImage mean = display->getImage();
-    const SeriesChange change = removeImageFromSeries(path, kind, m_geometry, params, mean);
-    if (change == SeriesChange::Accepted || change == SeriesChange::OutOfMemory)
-        display->setImage(mean);
-}
-
-void UXCDefectPixelCorrection::_deleteSelectedFiles(int kind)
-{
-    if (kind != DarkSeries && kind != BrightSeries)
-        return;
-    QListWidget* list = kind == BrightSeries ? ui->listBrightImagePath : ui->listDarkImagePath;
-    const QList<QListWidgetItem*> selected = list->selectedItems();
-    for (QListWidgetItem* item : selected) {
-        deleteImagefromParams(item->text(), kind);
-        delete item;
-    }
-}
-
 void UXCDefectPixelCorrection::addCapturedImage(const QString& path, int kind)
 {
     QListWidget* list = kind == BrightSeries ? ui->listBrightImagePath : ui->listDarkImagePath;
@@ -263,32 +239,6 @@ void UXCDefectPixelCorrection::addImages(int kind)
     _addSelectedFiles(kind);
     enableButtons();
     QApplication::restoreOverrideCursor();
-}
-
-void UXCDefectPixelCorrection::deleteImages(int kind)
-{
-    const bool bright = kind == BrightSeries;
-    QListWidget* list = bright ? ui->listBrightImagePath : ui->listDarkImagePath;
-    QPushButton* deleteButton = bright ? ui->btnDeleteBrightImage : ui->btnDeleteDarkImage;
-    UXCPixmapLabel* display = bright ? ui->lblMeanImageBright : ui->lblMeanImageDark;
-    DefectPixelParams& params = bright ? m_brightParams : m_darkParams;
-    const DefectPixelParams& other = bright ? m_darkParams : m_brightParams;
-
-    const int before = list->count();
-    _deleteSelectedFiles(kind);
-    deleteButton->setEnabled(!list->selectedItems().isEmpty());
-    if (list->count() != before) {
-        setMapStale(true);
-        report(tr("%n image(s) removed.", nullptr, before - list->count()), LogInfo);
-    }
-    if (params.count != 0)
-        return;
-    params.clear();
-    display->setImage(QImage());
-    display->clear();
-    if (other.count == 0)
-        m_geometry = ImageGeometry();
-    enableButtons();
 }
 
 void UXCDefectPixelCorrection::on_btnAddDarkImage_clicked()

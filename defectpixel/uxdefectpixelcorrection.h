@@ -23,7 +23,7 @@ class DefectViewerBinding;
 class UXCDialogs;
 class UXCFileTaskRunner;
 class UXCFrameCaptureControl;
-class UXCImageAdder;
+class UXCSeriesEditor;
 class UXCMapFiles;
 class UXCMapGeneration;
 class UXCMapSlotActions;
@@ -163,7 +163,7 @@ private:
     bool generate(bool color);
     void addImages(int kind);
     void deleteImages(int kind);
-    UXCImageAdder imageAdder();
+    UXCSeriesEditor seriesEditor();
     void log(const QString& message, LogType type);
     UXCDialogs& dialogs() const;
     void report(const QString& text, LogType type);

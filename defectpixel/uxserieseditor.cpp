@@ -1,4 +1,4 @@
-#include "uximageadder.h"
+#include "uxserieseditor.h"
 
 #include "imagefilequeue.h"
 #include "imageseries.h"
@@ -10,6 +10,7 @@
 #include <QFileInfo>
 #include <QListWidget>
 #include <QProgressDialog>
+#include <QPushButton>
 #include <QVector>
 
 #include <utility>
@@ -37,18 +38,20 @@ bool describeRefusal(const QString& path, SeriesChange change, Refusal& refusal)
 {
     switch (change) {
     case SeriesChange::NullImage:
-        refusal = {true, UXCImageAdder::tr("%1 failed!").arg(path), UXCImageAdder::tr("Loading image '%1' failed.").arg(path), path, {}};
+        refusal = {true, UXCSeriesEditor::tr("%1 failed!").arg(path),
+                   UXCSeriesEditor::tr("Loading image '%1' failed.").arg(path), path, {}};
         return true;
     case SeriesChange::UnsupportedFormat:
-        refusal = {false, UXCImageAdder::tr("%1: image format not supported!").arg(path),
-                   UXCImageAdder::tr("Loading '%1': Image format not supported.").arg(path), path, {}};
+        refusal = {false, UXCSeriesEditor::tr("%1: image format not supported!").arg(path),
+                   UXCSeriesEditor::tr("Loading '%1': Image format not supported.").arg(path), path, {}};
         return true;
     case SeriesChange::IncompatibleSize:
-        refusal = {false, UXCImageAdder::tr("%1: incompatible image!").arg(path),
-                   UXCImageAdder::tr("Loading '%1': incompatible image.").arg(path), path, {}};
+        refusal = {false, UXCSeriesEditor::tr("%1: incompatible image!").arg(path),
+                   UXCSeriesEditor::tr("Loading '%1': incompatible image.").arg(path), path, {}};
         return true;
     case SeriesChange::OutOfMemory:
-        refusal = {true, UXCImageAdder::tr("Out of memory!"), UXCImageAdder::tr("Loading '%1': out of memory.").arg(path), path, {}};
+        refusal = {true, UXCSeriesEditor::tr("Out of memory!"),
+                   UXCSeriesEditor::tr("Loading '%1': out of memory.").arg(path), path, {}};
         return true;
     case SeriesChange::Accepted:
     case SeriesChange::InvalidKind:
@@ -59,14 +62,14 @@ bool describeRefusal(const QString& path, SeriesChange change, Refusal& refusal)
 
 } // namespace
 
-UXCImageAdder::UXCImageAdder(Panel panel, Series dark, Series bright)
+UXCSeriesEditor::UXCSeriesEditor(Panel panel, Series dark, Series bright)
     : m_panel(std::move(panel))
     , m_dark(dark)
     , m_bright(bright)
 {
 }
 
-bool UXCImageAdder::addFile(const QString& path, int kind)
+bool UXCSeriesEditor::addFile(const QString& path, int kind)
 {
     UXCPixmapLabel* display = series(kind).display;
     DefectPixelParams& params = *series(kind).params;
@@ -87,7 +90,7 @@ bool UXCImageAdder::addFile(const QString& path, int kind)
     return false;
 }
 
-void UXCImageAdder::addChosenFiles(int kind)
+void UXCSeriesEditor::addChosenFiles(int kind)
 {
     if (kind != DarkSeries && kind != BrightSeries)
         return;
@@ -161,8 +164,8 @@ void UXCImageAdder::addChosenFiles(int kind)
     if (added > 0) {
         m_panel.inputsChanged();
         m_panel.report(kind == BrightSeries ? tr("%n bright image(s) added.", nullptr, added)
-                                    : tr("%n dark image(s) added.", nullptr, added),
-               LogInfo);
+                                            : tr("%n dark image(s) added.", nullptr, added),
+                       LogInfo);
     } else if (!paths.isEmpty()) {
         m_panel.report(tr("No image added."), LogWarning);
     }
@@ -177,8 +180,8 @@ void UXCImageAdder::addChosenFiles(int kind)
         const QString text = refusals.size() == 1
                                  ? refusals.first().message
                                  : tr("%1 of the %2 chosen images were not added.").arg(refusals.size()).arg(paths.size());
-        m_panel.dialogs().detailed(m_panel.window, critical ? QMessageBox::Critical : QMessageBox::Information, tr("Load Image"),
-                           text, reasons.join('\n'));
+        m_panel.dialogs().detailed(m_panel.window, critical ? QMessageBox::Critical : QMessageBox::Information,
+                                   tr("Load Image"), text, reasons.join('\n'));
     }
 
     if (paths.isEmpty())
@@ -188,4 +191,46 @@ void UXCImageAdder::addChosenFiles(int kind)
         UXCSettings::getInstance()->Set("Directory", "SaveImageDir", dir);
         *m_panel.imageDir = dir;
     }
+}
+
+void UXCSeriesEditor::removeFile(const QString& path, int kind)
+{
+    if (kind != DarkSeries && kind != BrightSeries)
+        return;
+    UXCPixmapLabel* display = series(kind).display;
+    QImage mean = display->getImage();
+    const SeriesChange change = removeImageFromSeries(path, kind, *m_panel.geometry, *series(kind).params, mean);
+    if (change == SeriesChange::Accepted || change == SeriesChange::OutOfMemory)
+        display->setImage(mean);
+}
+
+void UXCSeriesEditor::removeSelectedFiles(int kind)
+{
+    if (kind != DarkSeries && kind != BrightSeries)
+        return;
+    const QList<QListWidgetItem*> selected = series(kind).list->selectedItems();
+    for (QListWidgetItem* item : selected) {
+        removeFile(item->text(), kind);
+        delete item;
+    }
+}
+
+bool UXCSeriesEditor::removeSelected(int kind)
+{
+    const Series& edited = series(kind);
+    const int before = edited.list->count();
+    removeSelectedFiles(kind);
+    edited.deleteButton->setEnabled(!edited.list->selectedItems().isEmpty());
+    if (edited.list->count() != before) {
+        m_panel.inputsChanged();
+        m_panel.report(tr("%n image(s) removed.", nullptr, before - edited.list->count()), LogInfo);
+    }
+    if (edited.params->count != 0)
+        return false;
+    edited.params->clear();
+    edited.display->setImage(QImage());
+    edited.display->clear();
+    if (series(kind == BrightSeries ? DarkSeries : BrightSeries).params->count == 0)
+        *m_panel.geometry = ImageGeometry();
+    return true;
 }

@@ -10,14 +10,15 @@
 #include <functional>
 
 class QListWidget;
+class QPushButton;
 class QWidget;
 class UXCDialogs;
 class UXCPixmapLabel;
 
-// Adds bitmap files to the panel's dark and bright series: one file at a time,
-// or a chosen batch whose files are read one ahead on a worker while the window
-// stays responsive. Speaks with the panel's words.
-class UXCImageAdder {
+// Adds bitmap files to the panel's dark and bright series and takes them out:
+// one file at a time, or a chosen batch whose files are read one ahead on a
+// worker while the window stays responsive. Speaks with the panel's words.
+class UXCSeriesEditor {
     Q_DECLARE_TR_FUNCTIONS(UXCDefectPixelCorrection)
 
 public:
@@ -25,6 +26,7 @@ public:
         QListWidget* list;       // the series' files
         UXCPixmapLabel* display; // holds the series' mean
         DefectPixelParams* params;
+        QPushButton* deleteButton;
     };
     // What the adder uses of the panel.
     struct Panel {
@@ -38,12 +40,19 @@ public:
         QString* imageDir; // where the file dialog starts; follows the chosen files
     };
 
-    UXCImageAdder(Panel panel, Series dark, Series bright);
+    UXCSeriesEditor(Panel panel, Series dark, Series bright);
 
     // Loads one file into series kind; true when the image was accepted.
     bool addFile(const QString& path, int kind);
     // Asks for files and adds those not in series kind yet.
     void addChosenFiles(int kind);
+    // Takes one file out of series kind's mean.
+    void removeFile(const QString& path, int kind);
+    // Takes the selected files out of series kind's mean and list.
+    void removeSelectedFiles(int kind);
+    // Does so telling how many went; true when series kind is left empty,
+    // which forgets its mean (and the image size once both are empty).
+    bool removeSelected(int kind);
 
 private:
     const Series& series(int kind) const { return kind == 1 ? m_bright : m_dark; }
