@@ -24,6 +24,7 @@
 #include <condition_variable>
 #include <cstdlib>
 #include <deque>
+#include <functional>
 #include <mutex>
 #include <thread>
 
@@ -135,37 +136,58 @@ void setCounters(benchmark::State& state)
     state.SetLabel("16 frames of 5472 x 3648");
 }
 
-void BM_CaptureIntoSeries(benchmark::State& state)
+// The set-up, or null once the benchmark is told why it cannot run.
+Setup* openedSetup(benchmark::State& state)
 {
     Setup& s = setup();
     if (!s.camera) {
         state.SkipWithError("the simulated camera did not open");
-        return;
+        return nullptr;
     }
-    const QDir folder(s.imagesFolder());
-    int frames = 0;
-    for (auto _ : state) {
-        ImageGeometry geometry;
-        DefectPixelParams params;
-        QImage mean;
-        PathQueue queue;
-        const QDateTime start = QDateTime::currentDateTime();
-        std::thread worker([&] {
-            FrameCapture capture(s.camera);
-            FrameCaptureSettings settings;
-            settings.frames = kFrames;
-            capture.run(settings, [&](const CapturedFrame& frame, int index) {
-                const QString path = folder.filePath(capturedImageName(kSerial, BrightSeries, start, index));
-                if (!writeFrameBitmap(path, frame.pixels.data(), frame.width, frame.height))
-                    return false;
-                queue.push(path);
-                return true;
-            });
-            queue.close();
+    return &s;
+}
+
+// produce hands frames to its writer on a worker thread, which writes each as
+// a captured bitmap, while this thread adds them to a series as the panel does.
+int writeIntoSeries(const QDir& folder, const std::function<void(const FrameCapture::Sink&)>& produce)
+{
+    ImageGeometry geometry;
+    DefectPixelParams params;
+    QImage mean;
+    PathQueue queue;
+    const QDateTime start = QDateTime::currentDateTime();
+    std::thread worker([&] {
+        produce([&](const CapturedFrame& frame, int index) {
+            const QString path = folder.filePath(capturedImageName(kSerial, BrightSeries, start, index));
+            if (!writeFrameBitmap(path, frame.pixels.data(), frame.width, frame.height))
+                return false;
+            queue.push(path);
+            return true;
         });
-        frames = addAll(queue, geometry, params, mean);
-        worker.join();
-    }
+        queue.close();
+    });
+    const int frames = addAll(queue, geometry, params, mean);
+    worker.join();
+    return frames;
+}
+
+void captureFrames(const CameraPtr& camera, const FrameCapture::Sink& sink)
+{
+    FrameCapture capture(camera);
+    FrameCaptureSettings settings;
+    settings.frames = kFrames;
+    capture.run(settings, sink);
+}
+
+void BM_CaptureIntoSeries(benchmark::State& state)
+{
+    Setup* s = openedSetup(state);
+    if (!s)
+        return;
+    const QDir folder(s->imagesFolder());
+    int frames = 0;
+    for (auto _ : state)
+        frames = writeIntoSeries(folder, [s](const FrameCapture::Sink& write) { captureFrames(s->camera, write); });
     if (frames != kFrames)
         state.SkipWithError("not every frame reached the series");
     setCounters(state);
@@ -173,54 +195,31 @@ void BM_CaptureIntoSeries(benchmark::State& state)
 
 void BM_CaptureFrameGeneration(benchmark::State& state)
 {
-    Setup& s = setup();
-    if (!s.camera) {
-        state.SkipWithError("the simulated camera did not open");
+    Setup* s = openedSetup(state);
+    if (!s)
         return;
-    }
-    for (auto _ : state) {
-        FrameCapture capture(s.camera);
-        FrameCaptureSettings settings;
-        settings.frames = kFrames;
-        benchmark::DoNotOptimize(capture.run(settings, [](const CapturedFrame&, int) { return true; }).frames);
-    }
+    for (auto _ : state)
+        captureFrames(s->camera, [](const CapturedFrame&, int) { return true; });
     setCounters(state);
 }
 
 void BM_CapturedFramesIntoSeries(benchmark::State& state)
 {
-    Setup& s = setup();
-    if (!s.camera) {
-        state.SkipWithError("the simulated camera did not open");
+    Setup* s = openedSetup(state);
+    if (!s)
         return;
-    }
     std::vector<CapturedFrame> acquired;
-    FrameCapture capture(s.camera);
-    FrameCaptureSettings settings;
-    settings.frames = kFrames;
-    capture.run(settings, [&](const CapturedFrame& frame, int) {
+    captureFrames(s->camera, [&](const CapturedFrame& frame, int) {
         acquired.push_back(frame);
         return true;
     });
-    const QDir folder(s.imagesFolder());
+    const QDir folder(s->imagesFolder());
     int frames = 0;
     for (auto _ : state) {
-        ImageGeometry geometry;
-        DefectPixelParams params;
-        QImage mean;
-        PathQueue queue;
-        const QDateTime start = QDateTime::currentDateTime();
-        std::thread worker([&] {
-            for (int index = 0; index < int(acquired.size()); ++index) {
-                const CapturedFrame& frame = acquired[size_t(index)];
-                const QString path = folder.filePath(capturedImageName(kSerial, BrightSeries, start, index));
-                if (writeFrameBitmap(path, frame.pixels.data(), frame.width, frame.height))
-                    queue.push(path);
-            }
-            queue.close();
+        frames = writeIntoSeries(folder, [&acquired](const FrameCapture::Sink& write) {
+            for (int index = 0; index < int(acquired.size()); ++index)
+                write(acquired[size_t(index)], index);
         });
-        frames = addAll(queue, geometry, params, mean);
-        worker.join();
     }
     if (frames != kFrames)
         state.SkipWithError("not every frame reached the series");
