@@ -61,19 +61,10 @@ int headerBitCount(const QByteArray& header)
     return qFromLittleEndian<quint16>(reinterpret_cast<const uchar*>(header.constData()) + 28);
 }
 
-// Where the rows of a plain bitmap lie in its file; false when the bitmap is
-// not one the straight read takes (other depths, compression, colour masks,
-// newer headers, a data offset inside the colour table, odd sizes).
-struct DirectLayout {
-    int width = 0;
-    int height = 0;
-    bool bottomUp = true;
-    QImage::Format format = QImage::Format_Invalid;
-    qint64 dataOffset = 0;
-    int colors = 0; // entries of the colour table after the header
-};
-
-bool directLayout(const QByteArray& header, DirectLayout& layout)
+// The layout of a plain bitmap, with its colour table entries; false when the
+// bitmap is not one the straight read takes (other depths, compression, colour
+// masks, newer headers, a data offset inside the colour table, odd sizes).
+bool directLayout(const QByteArray& header, PlainBitmap& layout, int& colors)
 {
     if (header.size() < kFullHeaderBytes || !header.startsWith("BM"))
         return false;
@@ -91,15 +82,16 @@ bool directLayout(const QByteArray& header, DirectLayout& layout)
     if (width <= 0 || height == 0 || height == INT_MIN || qint64(width) * std::abs(height) > kMaxDirectPixels)
         return false;
     qint64 tableBytes = 0;
+    colors = 0;
     if (bitCount == 8) {
-        const qint64 colors = colorsUsed ? colorsUsed : 256;
-        if (colors > 256)
+        const qint64 used = colorsUsed ? colorsUsed : 256;
+        if (used > 256)
             return false;
-        tableBytes = 4 * colors;
-        layout.colors = int(colors);
-        layout.format = QImage::Format_Indexed8;
+        tableBytes = 4 * used;
+        colors = int(used);
+        layout.rgb32 = false;
     } else if (bitCount == 32 && colorsUsed == 0) {
-        layout.format = QImage::Format_RGB32;
+        layout.rgb32 = true;
     } else {
         return false;
     }
@@ -109,6 +101,7 @@ bool directLayout(const QByteArray& header, DirectLayout& layout)
     layout.height = std::abs(height);
     layout.bottomUp = height > 0;
     layout.dataOffset = dataOffset;
+    layout.stride = (qint64(width) * bitCount + 31) / 32 * 4;
     return true;
 }
 
@@ -141,43 +134,33 @@ bool readPieces(int fd, std::vector<iovec>& pieces, off_t offset)
 }
 
 // The file's rows go straight into the image's lines: a bitmap's row stride
-// (4-byte aligned) is the image's, padding included, and the kernel copies a
-// bottom-up file into the lines in reverse order.
+// (4-byte aligned) is the image's, padding included.
 bool readDirect(QFile& file, const QByteArray& header, QImage& image, QImage&& spare = QImage())
 {
-    DirectLayout layout;
-    if (!directLayout(header, layout))
+    PlainBitmap layout;
+    int colors = 0;
+    if (!directLayout(header, layout, colors) || layout.dataOffset + layout.stride * layout.height > file.size())
         return false;
+    const QImage::Format format = layout.rgb32 ? QImage::Format_RGB32 : QImage::Format_Indexed8;
     // A spare of the same shape that nobody else holds takes the rows: its pages
     // are mapped already, where fresh 20 MB would fault in page by page.
-    const bool reusable = !spare.isNull() && spare.isDetached() && spare.format() == layout.format
+    const bool reusable = !spare.isNull() && spare.isDetached() && spare.format() == format
                           && spare.width() == layout.width && spare.height() == layout.height;
-    QImage lines = reusable ? std::move(spare) : newLargeImage(layout.width, layout.height, layout.format);
-    if (lines.isNull())
+    QImage lines = reusable ? std::move(spare) : newLargeImage(layout.width, layout.height, format);
+    if (lines.isNull() || lines.bytesPerLine() != layout.stride)
         return false;
-    const size_t stride = size_t(lines.bytesPerLine());
-    if (qint64(layout.dataOffset) + qint64(stride) * layout.height > file.size())
-        return false;
-    std::vector<iovec> pieces;
-    if (layout.bottomUp) {
-        pieces.resize(size_t(layout.height));
-        for (int row = 0; row < layout.height; ++row)
-            pieces[size_t(row)] = iovec{lines.scanLine(layout.height - 1 - row), stride};
-    } else {
-        pieces.push_back(iovec{lines.bits(), stride * size_t(layout.height)});
-    }
-    if (!readPieces(file.handle(), pieces, off_t(layout.dataOffset)))
+    if (!readBitmapRows(file.handle(), layout, 0, layout.height, lines.bits()))
         return false;
     // A first dark image of odd width is converted through its colours.
-    if (layout.colors > 0) {
-        QByteArray table(4 * layout.colors, Qt::Uninitialized);
+    if (colors > 0) {
+        QByteArray table(4 * colors, Qt::Uninitialized);
         if (!file.seek(kFullHeaderBytes) || file.read(table.data(), table.size()) != table.size())
             return false;
-        QVector<QRgb> colors(layout.colors);
+        QVector<QRgb> entries(colors);
         const auto* entry = reinterpret_cast<const uchar*>(table.constData());
-        for (int i = 0; i < layout.colors; ++i, entry += 4)
-            colors[i] = qRgb(entry[2], entry[1], entry[0]);
-        lines.setColorTable(colors);
+        for (int i = 0; i < colors; ++i, entry += 4)
+            entries[i] = qRgb(entry[2], entry[1], entry[0]);
+        lines.setColorTable(entries);
     }
     image = lines;
     return true;
@@ -220,6 +203,35 @@ ImageFile readImage(const QString& path, QImage&& spare)
 QImage readImageFile(const QString& path)
 {
     return readImage(path).image;
+}
+
+bool readBitmapRows(int fd, const PlainBitmap& layout, int firstRow, int rows, unsigned char* into)
+{
+    if (firstRow < 0 || rows < 0 || firstRow + rows > layout.height)
+        return false;
+    const size_t stride = size_t(layout.stride);
+    std::vector<iovec> pieces;
+    if (!layout.bottomUp) {
+        pieces.push_back(iovec{into, stride * size_t(rows)});
+        return rows == 0 || readPieces(fd, pieces, off_t(layout.dataOffset + layout.stride * firstRow));
+    }
+    // Bottom-up, the rows lie in the file in reverse order: the kernel puts each
+    // in its place.
+    pieces.resize(size_t(rows));
+    for (int row = 0; row < rows; ++row)
+        pieces[size_t(row)] = iovec{into + stride * size_t(rows - 1 - row), stride};
+    const int lastFileRow = layout.height - 1 - firstRow;
+    return rows == 0 || readPieces(fd, pieces, off_t(layout.dataOffset + layout.stride * (lastFileRow - rows + 1)));
+}
+
+bool readPlainBitmapHeader(QFile& file, PlainBitmap& layout)
+{
+    if (!file.seek(0))
+        return false;
+    const QByteArray header = file.read(kFullHeaderBytes);
+    int colors = 0;
+    return promisedBitmapSize(header) <= file.size() && directLayout(header, layout, colors)
+           && layout.dataOffset + layout.stride * layout.height <= file.size();
 }
 
 bool readBitmapDirect(const QString& path, QImage& image)

@@ -3,6 +3,8 @@
 #include <QImage>
 #include <QString>
 
+class QFile;
+
 // Why an image file gave no image.
 enum class ImageFileProblem {
     None,       // the image was read
@@ -33,3 +35,22 @@ QImage readImageFile(const QString& path);
 // result holds what the image reader gives in every byte the series read (for
 // 32-bit pixels the fourth byte is left as the file has it).
 bool readBitmapDirect(const QString& path, QImage& image);
+
+// Where the rows of a plain 8-bit or 32-bit bitmap lie in its file, so that a
+// series can read them a few at a time without the image in memory.
+struct PlainBitmap {
+    int width = 0;
+    int height = 0;
+    bool rgb32 = false;   // 32-bit pixels, otherwise 8-bit indices
+    bool bottomUp = true; // the file's first row is the image's last
+    qint64 dataOffset = 0;
+    qint64 stride = 0; // bytes per row, padding included: those of the image's lines
+};
+
+// True when the open file is a plain bitmap the straight read takes and holds
+// all the rows its header promises; layout then tells where they are.
+bool readPlainBitmapHeader(QFile& file, PlainBitmap& layout);
+
+// Reads image rows firstRow ... firstRow + rows - 1 top-down into into, stride
+// bytes each, whatever order the file keeps them in; false on a short read.
+bool readBitmapRows(int fd, const PlainBitmap& layout, int firstRow, int rows, unsigned char* into);

@@ -1,9 +1,13 @@
 #include "defectpixelparams.h"
 #include "exactdivider.h"
+#include "meanbatch.h"
 #include "referencewindow.h"
 
 #include <QtTest>
 
+#include <atomic>
+#include <cstring>
+#include <memory>
 #include <random>
 #include <vector>
 
@@ -94,6 +98,7 @@ private slots:
     void removingLastOrFromEmptySeriesFreesBuffers();
     void meanSharingBytesWithImage();
     void sizeMismatchChangesNothing();
+    void batchEqualsAddingOneByOne();
     void localThresholdMatchesDirectWindow_data();
     void localThresholdMatchesDirectWindow();
     void marginBoundaryIsNotFlagged();
@@ -280,6 +285,57 @@ void TestDefectPixelParams::sizeMismatchChangesNothing()
     QVERIFY(!params.remainder);
     QVERIFY(!params.localThreshold(QImage(), true));
     QVERIFY(!params.defectMask);
+}
+
+void TestDefectPixelParams::batchEqualsAddingOneByOne()
+{
+    std::mt19937 random(31);
+    struct Case {
+        int width, height;
+        uint32_t oldCount, images;
+    };
+    // Tiles and bands of a tall odd-width image, and counts up to the last one
+    // whose remainder fits its byte on tiny ones.
+    for (const Case c : {Case{37, 8000, 0, 3}, Case{37, 8000, 1, 2}, Case{37, 8000, 200, 4}, Case{5, 7, 0, 256},
+                         Case{5, 7, 1, 255}, Case{5, 7, 128, 128}, Case{8, 3, 255, 1}}) {
+        const size_t size = size_t(c.width) * c.height;
+        ReferenceSeries reference(size);
+        for (size_t i = 0; i < size && c.oldCount; ++i) {
+            reference.mean[i] = uchar(random());
+            reference.remainder[i] = uchar(random() % c.oldCount);
+        }
+        reference.count = c.oldCount;
+        const std::vector<unsigned char> mean = reference.mean, remainder = reference.remainder;
+        std::vector<QImage> images;
+        std::vector<BatchImage> batchImages;
+        for (uint32_t i = 0; i < c.images; ++i) {
+            const bool rgb32 = random() % 2;
+            images.push_back(randomImage(c.width, c.height, rgb32 ? QImage::Format_RGB32 : QImage::Format_Indexed8, random));
+            reference.update(images.back(), 1);
+            batchImages.push_back({rgb32, [image = images.back()](int first, int lines, unsigned char* into) {
+                                       std::memcpy(into, image.constScanLine(first), size_t(lines) * image.bytesPerLine());
+                                       return true;
+                                   }});
+        }
+        std::vector<unsigned char> newMean(size), newRemainder(size);
+        QCOMPARE(applyMeanBatch({mean.data(), remainder.data(), newMean.data(), newRemainder.data(), c.oldCount},
+                                batchImages, uint32_t(c.width), uint32_t(c.height)),
+                 -1);
+        QVERIFY2(newMean == reference.mean, qPrintable(QString("%1 + %2 images").arg(c.oldCount).arg(c.images)));
+        QVERIFY(newRemainder == reference.remainder);
+
+        // An image whose lines give out fails the batch at its index: at once on
+        // a tiny image, after its first tile on a tall one.
+        if (c.images > 1) {
+            auto calls = std::make_shared<std::atomic<int>>(0);
+            batchImages[1].readLines = [calls](int, int lines, unsigned char*) {
+                return calls->fetch_add(1) == 0 && lines > 100;
+            };
+            QCOMPARE(applyMeanBatch({mean.data(), remainder.data(), newMean.data(), newRemainder.data(), c.oldCount},
+                                    batchImages, uint32_t(c.width), uint32_t(c.height)),
+                     1);
+        }
+    }
 }
 
 void TestDefectPixelParams::localThresholdMatchesDirectWindow_data()
