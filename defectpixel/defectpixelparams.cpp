@@ -87,6 +87,24 @@ bool DefectPixelParams::update(QImage& mean, QImage& image, int weight)
     return true;
 }
 
+unsigned char* DefectPixelParams::lendRemainder(size_t size)
+{
+    if (!remainder || m_remainderSize != size)
+        return nullptr;
+    unsigned char* lent = remainder;
+    remainder = nullptr;
+    m_remainderSize = 0;
+    return lent;
+}
+
+void DefectPixelParams::adoptRemainder(unsigned char* buffer, size_t size, uint32_t newCount)
+{
+    std::free(remainder);
+    remainder = buffer;
+    m_remainderSize = buffer ? size : 0;
+    count = newCount;
+}
+
 void failDefectMaskMemory(bool fail)
 {
     g_masksFail = fail;

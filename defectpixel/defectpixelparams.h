@@ -26,6 +26,14 @@ public:
     // the count has moved when the remainder buffer cannot be had.
     bool update(QImage& mean, QImage& image, int weight);
 
+    // Lends the remainder buffer of size bytes out, to be read on another thread
+    // while nothing else touches it: the series keeps its count but holds no
+    // buffer until adoptRemainder. Null (nothing lent) without such a buffer.
+    unsigned char* lendRemainder(size_t size);
+    // Takes buffer (from malloc, size bytes) as the remainder of a series of
+    // count images, and frees the one held.
+    void adoptRemainder(unsigned char* buffer, size_t size, uint32_t count);
+
     // Fills defectMask from mean: 255 where a pixel leaves the margin around its
     // 21 x 21 local average (clipped at the borders), 0 elsewhere. absolute
     // selects absoluteThreshold (grey levels), otherwise relativeThreshold

@@ -1,7 +1,7 @@
 #include "uxserieseditor.h"
 
-#include "imagefilequeue.h"
 #include "imageseries.h"
+#include "seriesfileloader.h"
 #include "uxcustomwidgets.h"
 #include "uxdialogs.h"
 #include "uxsettings.h"
@@ -18,8 +18,10 @@
 namespace {
 
 constexpr int kImageProgressDelayMs = 500;
-// How long a batch waits for the next file before it lets the window work.
+// How long a batch waits for the step under way before it lets the window work.
 constexpr std::chrono::milliseconds kReadPoll(20);
+// Files read in one step: the progress moves, and Cancel acts, between steps.
+constexpr int kBatchFiles = 8;
 // A batch shows its growing mean at most this often: a 20 MPixel mean costs
 // the labels more to show than to compute.
 constexpr qint64 kMeanShowIntervalMs = 250;
@@ -127,35 +129,37 @@ void UXCSeriesEditor::addChosenFiles(int kind)
     sinceShown.start();
     QVector<Refusal> refusals;
     int added = 0;
-    ImageFileQueue queue(toLoad);
-    for (int i = 0; i < toLoad.size(); ++i) {
-        progress.setValue(i);
-        keepWindowAlive();
-        while (!stopped() && !queue.waitForNext(kReadPoll))
+    SeriesFileLoader loader(toLoad, kind, kBatchFiles);
+    while (!loader.atEnd() && !stopped()) {
+        progress.setValue(loader.offered());
+        loader.start(*m_panel.geometry, params, mean);
+        while (!stopped() && !loader.waitForStep(kReadPoll))
             keepWindowAlive();
-        if (stopped())
+        // The reset emptied the series: what the step read has no place left.
+        if (*m_panel.resets != resets) {
+            loader.abandon();
             break;
-        ImageFile file = queue.takeNext();
-        const ImageGeometry before = *m_panel.geometry;
-        const SeriesChange change = addImageToSeries(file.image, kind, *m_panel.geometry, params, mean);
-        if (change == SeriesChange::Accepted) {
-            queue.recycle(std::move(file.image));
-            list->addItem(file.path);
-            ++added;
-            meanShown = false;
-            if (sinceShown.elapsed() >= kMeanShowIntervalMs) {
-                display->setImage(mean);
-                meanShown = true;
-                sinceShown.restart();
-            }
-            continue;
         }
-        Refusal refusal;
-        if (!describeRefusal(file.path, change, refusal))
-            continue;
-        refusal.reason = refusalReason(file, change, before);
-        m_panel.log(refusal.logLine, LogError);
-        refusals << refusal;
+        for (const OfferedFile& offered : loader.finish(*m_panel.geometry, params, mean)) {
+            if (offered.change == SeriesChange::Accepted) {
+                list->addItem(offered.file.path);
+                ++added;
+                meanShown = false;
+                continue;
+            }
+            Refusal refusal;
+            if (!describeRefusal(offered.file.path, offered.change, refusal))
+                continue;
+            refusal.reason = refusalReason(offered.file, offered.change, offered.before);
+            m_panel.log(refusal.logLine, LogError);
+            refusals << refusal;
+        }
+        keepWindowAlive();
+        if (!meanShown && sinceShown.elapsed() >= kMeanShowIntervalMs) {
+            display->setImage(mean);
+            meanShown = true;
+            sinceShown.restart();
+        }
     }
     if (*m_panel.resets == resets && !meanShown)
         display->setImage(mean);

@@ -16,8 +16,8 @@ class UXCDialogs;
 class UXCPixmapLabel;
 
 // Adds bitmap files to the panel's dark and bright series and takes them out:
-// one file at a time, or a chosen batch whose files are read one ahead on a
-// worker while the window stays responsive. Speaks with the panel's words.
+// one file at a time, or a chosen batch whose files are read in steps on a
+// worker, several at once into the mean, while the window stays responsive. Speaks with the panel's words.
 class UXCSeriesEditor {
     Q_DECLARE_TR_FUNCTIONS(UXCDefectPixelCorrection)
 

@@ -1,7 +1,7 @@
 #include "bitmapfile.h"
 #include "capturedimage.h"
-#include "imagefilequeue.h"
 #include "imageseries.h"
+#include "seriesfileloader.h"
 
 #include <QtEndian>
 #include <QtTest>
@@ -51,16 +51,48 @@ struct Series {
     QImage mean;
 };
 
+// Every pixel of the mean counts, and the remainder over the run. The padding
+// after a line is left out: the image reader leaves it uninitialised, so it
+// differs from run to run there.
+void compareSeries(const Series& fast, const Series& reference)
+{
+    QCOMPARE(fast.params.count, reference.params.count);
+    QCOMPARE(fast.geometry.pixelCount, reference.geometry.pixelCount);
+    QCOMPARE(fast.mean.format(), reference.mean.format());
+    QCOMPARE(fast.mean.size(), reference.mean.size());
+    const int lineBytes = fast.mean.width() * fast.mean.depth() / 8;
+    for (int y = 0; y < fast.mean.height(); ++y)
+        QCOMPARE(QByteArray(reinterpret_cast<const char*>(fast.mean.constScanLine(y)), lineBytes),
+                 QByteArray(reinterpret_cast<const char*>(reference.mean.constScanLine(y)), lineBytes));
+    const int pixels = int(fast.geometry.pixelCount);
+    QCOMPARE(QByteArray(reinterpret_cast<const char*>(fast.params.remainder), pixels),
+             QByteArray(reinterpret_cast<const char*>(reference.params.remainder), pixels));
+}
+
+// Runs the loader's steps to the end; the outcomes in order.
+QVector<OfferedFile> load(const QStringList& paths, int kind, int maxBatchFiles, Series& series)
+{
+    QVector<OfferedFile> outcomes;
+    SeriesFileLoader loader(paths, kind, maxBatchFiles);
+    while (!loader.atEnd()) {
+        loader.start(series.geometry, series.params, series.mean);
+        outcomes += loader.finish(series.geometry, series.params, series.mean);
+    }
+    return outcomes;
+}
+
 } // namespace
 
-// The straight bitmap read against the image reader, and the read-ahead queue.
+// The straight bitmap read and the series file loader against the image reader.
 class TestBitmapFile : public QObject {
     Q_OBJECT
 
 private slots:
     void straightReadAccumulatesAsImageReader_data();
     void straightReadAccumulatesAsImageReader();
-    void queueKeepsOrderAndReasons();
+    void loaderAddsAsOneByOne_data() { straightReadAccumulatesAsImageReader_data(); }
+    void loaderAddsAsOneByOne();
+    void loaderKeepsOrderAndReasons();
     void frameBitmapIsTheImageWritersFile();
 
 private:
@@ -128,47 +160,85 @@ void TestBitmapFile::straightReadAccumulatesAsImageReader()
                      SeriesChange::Accepted);
         }
         QCOMPARE(shown, shownBefore);
-        // Every pixel of the mean counts. The padding after a line is left out: the
-        // image reader leaves it uninitialised, so it differs from run to run there.
-        QCOMPARE(fast.mean.format(), reference.mean.format());
-        QCOMPARE(fast.mean.size(), reference.mean.size());
-        const int lineBytes = fast.mean.width() * fast.mean.depth() / 8;
-        for (int y = 0; y < fast.mean.height(); ++y)
-            QCOMPARE(QByteArray(reinterpret_cast<const char*>(fast.mean.constScanLine(y)), lineBytes),
-                     QByteArray(reinterpret_cast<const char*>(reference.mean.constScanLine(y)), lineBytes));
-        const int pixels = width * height;
-        QCOMPARE(QByteArray(reinterpret_cast<const char*>(fast.params.remainder), pixels),
-                 QByteArray(reinterpret_cast<const char*>(reference.params.remainder), pixels));
+        compareSeries(fast, reference);
     }
 }
 
-void TestBitmapFile::queueKeepsOrderAndReasons()
+// Batches of every size, from an empty series and from one begun, against the
+// image reader's images added one by one; a mean shown meanwhile stays as it was.
+void TestBitmapFile::loaderAddsAsOneByOne()
+{
+    QFETCH(int, width);
+    QFETCH(int, height);
+    QFETCH(int, bitCount);
+    QFETCH(bool, topDown);
+    QFETCH(int, colors);
+    QFETCH(int, gap);
+    QStringList paths;
+    for (int i = 0; i < 6; ++i)
+        paths << write(QString("s%1.bmp").arg(i), bitmapBytes(width, height, bitCount, topDown, colors, gap, 10 + i));
+
+    for (int kind : {DarkSeries, BrightSeries}) {
+        Series reference;
+        for (const QString& path : paths)
+            QCOMPARE(addImageToSeries(QImage(path), kind, reference.geometry, reference.params, reference.mean),
+                     SeriesChange::Accepted);
+        for (int maxBatchFiles : {1, 4, 256}) {
+            Series whole;
+            load(paths, kind, maxBatchFiles, whole);
+            compareSeries(whole, reference);
+            Series fast;
+            QCOMPARE(load(paths.mid(0, 1), kind, maxBatchFiles, fast).first().change, SeriesChange::Accepted);
+            const QImage shown = fast.mean, shownBefore = shown.copy();
+            for (const OfferedFile& offered : load(paths.mid(1), kind, maxBatchFiles, fast))
+                QCOMPARE(offered.change, SeriesChange::Accepted);
+            QCOMPARE(shown, shownBefore);
+            compareSeries(fast, reference);
+        }
+    }
+}
+
+// Refused files in between, other depths and a full series: the outcomes, the
+// reasons and the series are those of one file after the other.
+void TestBitmapFile::loaderKeepsOrderAndReasons()
 {
     const QByteArray good = bitmapBytes(20, 10, 8, false, 0, 0, 3);
-    const QStringList paths{write("good.bmp", good), write("empty.bmp", QByteArray()),
-                            write("cut.bmp", good.left(good.size() - 7)), write("text.bmp", "not an image"),
-                            write("wide.bmp", bitmapBytes(21, 10, 8, false, 0, 0, 4)),
-                            write("mono.bmp", bitmapBytes(16, 10, 1, false, 2, 0, 5)), m_dir.filePath("missing.bmp")};
-    ImageFileQueue queue(paths);
-    QVector<ImageFile> files;
-    while (!queue.atEnd()) {
-        QCOMPARE(queue.nextPath(), paths[files.size()]);
-        files << queue.takeNext();
-    }
-    QCOMPARE(files.size(), paths.size());
-    QCOMPARE(files[0].image.size(), QSize(20, 10));
+    QStringList paths{write("good.bmp", good),
+                      write("empty.bmp", QByteArray()),
+                      write("rgb.bmp", bitmapBytes(20, 10, 32, true, 0, 0, 6)),
+                      write("cut.bmp", good.left(good.size() - 7)),
+                      write("text.bmp", "not an image"),
+                      write("wide.bmp", bitmapBytes(21, 10, 8, false, 0, 0, 4)),
+                      write("mono.bmp", bitmapBytes(16, 10, 1, false, 2, 0, 5)),
+                      write("colour.bmp", bitmapBytes(20, 10, 24, false, 0, 0, 7)),
+                      m_dir.filePath("missing.bmp")};
+    // Past 256 images the remainder no longer holds the sum: single adds again.
+    for (int i = 0; i < 260; ++i)
+        paths << write(QString("n%1.bmp").arg(i), bitmapBytes(20, 10, i % 3 ? 8 : 32, i % 2, 0, 0, 100 + i));
 
-    Series series;
+    Series fast, reference;
+    const QVector<OfferedFile> outcomes = load(paths, DarkSeries, 256, fast);
+    QCOMPARE(outcomes.size(), paths.size());
     QStringList reasons;
-    for (const ImageFile& file : files) {
-        const ImageGeometry before = series.geometry;
-        const SeriesChange change = addImageToSeries(file.image, DarkSeries, series.geometry, series.params, series.mean);
-        reasons << refusalReason(file, change, before);
+    for (int i = 0; i < paths.size(); ++i) {
+        const ImageFile file = readImage(paths[i]);
+        const ImageGeometry before = reference.geometry;
+        const SeriesChange change =
+            addImageToSeries(file.image, DarkSeries, reference.geometry, reference.params, reference.mean);
+        QCOMPARE(outcomes[i].file.path, paths[i]);
+        QCOMPARE(outcomes[i].change, change);
+        QCOMPARE(refusalReason(outcomes[i].file, outcomes[i].change, outcomes[i].before),
+                 refusalReason(file, change, before));
+        if (i < 9)
+            reasons << refusalReason(file, change, before);
     }
-    QCOMPARE(reasons, (QStringList{QString(), "The file is empty.", "The file is truncated: its pixel data is cut short.",
-                                   "Not a readable bitmap.", "Size 21×10 differs from the series' 20×10.",
-                                   "Bit depth 1 is not supported for this camera.", "Not a readable bitmap."}));
-    QCOMPARE(series.params.count, 1u);
+    QCOMPARE(reasons, (QStringList{QString(), "The file is empty.", QString(),
+                                   "The file is truncated: its pixel data is cut short.", "Not a readable bitmap.",
+                                   "Size 21×10 differs from the series' 20×10.",
+                                   "Bit depth 1 is not supported for this camera.", QString(),
+                                   "Not a readable bitmap."}));
+    QCOMPARE(reference.params.count, 263u);
+    compareSeries(fast, reference);
 }
 
 // The image writer's file byte for byte, its row padding set to zeros (it

@@ -329,17 +329,17 @@ void TestPanel::nextCameraStartsAfresh()
     QCOMPARE(panel.imageGeometry().pixelCount, 640u * 480u);
     QVERIFY(rig.release());
 
-    // A series stopped once its first image is in keeps that image, and loads no more.
+    // A series stopped once its first images are in keeps them, and loads no more.
     QVERIFY(rig.bind(kWildMaximum));
-    rig.dialogs.openFileNames = captureSeries(panel.camera(), m_dir.path(), "nextdark", 3, false);
+    rig.dialogs.openFileNames = captureSeries(panel.camera(), m_dir.path(), "nextdark", 12, false);
     auto* list = panel.findChild<QListWidget*>("listDarkImagePath");
     connect(list->model(), &QAbstractItemModel::rowsInserted, &panel, [&panel] {
         if (auto* progress = panel.findChild<QProgressDialog*>("imageLoadProgress"))
             progress->cancel();
     });
     click(panel, "btnAddDarkImage");
-    QCOMPARE(list->count(), 1);
-    QCOMPARE(panel.darkParams().count, 1u);
+    QVERIFY(list->count() >= 1 && list->count() < 12);
+    QCOMPARE(panel.darkParams().count, uint32_t(list->count()));
     QCOMPARE(panel.imageGeometry().pixelCount, 64u * 64u);
     // An absurd maximum would size the map buffers; the panel keeps its own.
     click(panel, "btnGenerateMap");

@@ -7,9 +7,9 @@
 #include "defectmapgenerator.h"
 #include "defectmaptext.h"
 #include "framecapture.h"
-#include "imagefilequeue.h"
 #include "imageseries.h"
 #include "mapformat.h"
+#include "seriesfileloader.h"
 #include "sim/simcontrol.h"
 #include "uxcamera.h"
 
@@ -281,32 +281,36 @@ bool BatchJob::generate()
             return false;
     } else {
         StepTimer timer(m_result.durations, "loading");
-        // One file ahead on a worker, across both series: the next bitmap is
-        // read while the current one is folded into its mean.
-        ImageFileQueue queue(m_result.darkFiles + m_result.brightFiles);
+        // Plain bitmaps go from disk straight into the mean, a series' files
+        // in one pass over it on all cores.
         auto load = [&](const QStringList& files, int kind, DefectPixelParams& params, QImage& mean) {
-            for (int i = 0; i < files.size(); ++i) {
-                m_progress(tr("loading %1 %2/%3").arg(kind == DarkSeries ? tr("dark") : tr("bright")).arg(i + 1)
-                               .arg(files.size()), true);
-                ImageFile file = queue.takeNext();
-                const QString& path = file.path;
-                switch (addImageToSeries(file.image, kind, geometry, params, mean)) {
-                case SeriesChange::Accepted:
-                    queue.recycle(std::move(file.image));
-                    continue;
-                case SeriesChange::NullImage:
-                    m_result.errors << tr("Loading image '%1' failed.").arg(path);
-                    return false;
-                case SeriesChange::UnsupportedFormat:
-                    m_result.errors << tr("Loading '%1': Image format not supported.").arg(path);
-                    return false;
-                case SeriesChange::IncompatibleSize:
-                    m_result.errors << tr("Loading '%1': incompatible image.").arg(path);
-                    return false;
-                case SeriesChange::OutOfMemory:
-                case SeriesChange::InvalidKind:
-                    m_result.errors << tr("Loading '%1': out of memory.").arg(path);
-                    return false;
+            SeriesFileLoader loader(files, kind);
+            while (!loader.atEnd()) {
+                m_progress(tr("loading %1 %2/%3")
+                               .arg(kind == DarkSeries ? tr("dark") : tr("bright"))
+                               .arg(loader.offered() + 1)
+                               .arg(files.size()),
+                           true);
+                loader.start(geometry, params, mean);
+                for (const OfferedFile& offered : loader.finish(geometry, params, mean)) {
+                    const QString& path = offered.file.path;
+                    switch (offered.change) {
+                    case SeriesChange::Accepted:
+                        continue;
+                    case SeriesChange::NullImage:
+                        m_result.errors << tr("Loading image '%1' failed.").arg(path);
+                        return false;
+                    case SeriesChange::UnsupportedFormat:
+                        m_result.errors << tr("Loading '%1': Image format not supported.").arg(path);
+                        return false;
+                    case SeriesChange::IncompatibleSize:
+                        m_result.errors << tr("Loading '%1': incompatible image.").arg(path);
+                        return false;
+                    case SeriesChange::OutOfMemory:
+                    case SeriesChange::InvalidKind:
+                        m_result.errors << tr("Loading '%1': out of memory.").arg(path);
+                        return false;
+                    }
                 }
             }
             return true;
