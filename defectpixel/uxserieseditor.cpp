@@ -141,6 +141,8 @@ void UXCSeriesEditor::addChosenFiles(int kind)
             break;
         }
         for (const OfferedFile& offered : loader.finish(*m_panel.geometry, params, mean)) {
+            if (*m_panel.resets != resets)
+                break;
             if (offered.change == SeriesChange::Accepted) {
                 list->addItem(offered.file.path);
                 ++added;

@@ -93,6 +93,7 @@ private slots:
     void loaderAddsAsOneByOne_data() { straightReadAccumulatesAsImageReader_data(); }
     void loaderAddsAsOneByOne();
     void loaderKeepsOrderAndReasons();
+    void seriesEmptiedDuringStep();
     void frameBitmapIsTheImageWritersFile();
 
 private:
@@ -239,6 +240,28 @@ void TestBitmapFile::loaderKeepsOrderAndReasons()
                                    "Not a readable bitmap."}));
     QCOMPARE(reference.params.count, 263u);
     compareSeries(fast, reference);
+}
+
+// A reset empties the series while a step reads its remainder: the step keeps
+// the remainder it borrowed alive until it is dropped.
+void TestBitmapFile::seriesEmptiedDuringStep()
+{
+    QStringList paths;
+    for (int i = 0; i < 4; ++i)
+        paths << write(QString("r%1.bmp").arg(i), bitmapBytes(512, 512, 8, false, 0, 0, 40 + i));
+    Series series;
+    SeriesFileLoader loader(paths, BrightSeries, 2);
+    loader.start(series.geometry, series.params, series.mean);
+    loader.finish(series.geometry, series.params, series.mean);
+    QCOMPARE(series.params.count, 2u);
+    loader.start(series.geometry, series.params, series.mean);
+    series.params.clear();
+    series.mean = QImage();
+    series.geometry = ImageGeometry();
+    loader.abandon();
+    QVERIFY(loader.atEnd());
+    QCOMPARE(series.params.count, 0u);
+    QVERIFY(!series.params.remainder);
 }
 
 // The image writer's file byte for byte, its row padding set to zeros (it
