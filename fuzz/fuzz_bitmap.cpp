@@ -6,8 +6,11 @@
 #include "defectpixelparams.h"
 #include "imagegeometry.h"
 #include "imageseries.h"
+#include "seriesfileloader.h"
 
 #include <QtEndian>
+
+#include <algorithm>
 
 namespace {
 
@@ -51,5 +54,24 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     FUZZ_CHECK(addImageToSeries(image, DarkSeries, geometry, params, mean) == SeriesChange::Accepted);
     FUZZ_CHECK(removeImageFromSeries(image, DarkSeries, geometry, params, mean) == SeriesChange::Accepted);
     FUZZ_CHECK(params.count == 1);
+
+    // The file loader, which reads a plain bitmap's lines straight from disk,
+    // builds the same series as the image added twice.
+    ImageGeometry referenceGeometry, loadedGeometry;
+    DefectPixelParams referenceParams, loadedParams;
+    QImage referenceMean, loadedMean;
+    for (int i = 0; i < 2; ++i)
+        FUZZ_CHECK(addImageToSeries(image, BrightSeries, referenceGeometry, referenceParams, referenceMean)
+                   == SeriesChange::Accepted);
+    SeriesFileLoader loader({path, path}, BrightSeries);
+    while (!loader.atEnd()) {
+        loader.start(loadedGeometry, loadedParams, loadedMean);
+        for (const OfferedFile& offered : loader.finish(loadedGeometry, loadedParams, loadedMean))
+            FUZZ_CHECK(offered.change == SeriesChange::Accepted);
+    }
+    FUZZ_CHECK(loadedParams.count == 2 && loadedMean.size() == referenceMean.size());
+    const size_t run = size_t(geometry.pixelCount);
+    FUZZ_CHECK(std::equal(loadedMean.constBits(), loadedMean.constBits() + run, referenceMean.constBits()));
+    FUZZ_CHECK(std::equal(loadedParams.remainder, loadedParams.remainder + run, referenceParams.remainder));
     return 0;
 }
