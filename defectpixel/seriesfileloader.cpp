@@ -144,9 +144,13 @@ void SeriesFileLoader::abandon()
 SeriesFileLoader::Step SeriesFileLoader::run(int first, Input input) const
 {
     Step step;
+    if (m_stop)
+        return step;
     try {
         if (input.batch && runBatch(first, input, step))
             return step;
+        if (m_stop)
+            return Step();
     } catch (const std::bad_alloc&) {
         // No memory for a batch: the file is read whole, as on its own.
         step = Step();
@@ -207,8 +211,8 @@ bool SeriesFileLoader::runBatch(int first, Input& input, Step& step) const
         for (size_t i = 0; i < files.size(); ++i) {
             const int fd = files[i]->handle();
             const PlainBitmap& layout = layouts[i];
-            images.push_back({layout.rgb32, [fd, &layout](int firstLine, int lines, unsigned char* into) {
-                                  return readBitmapRows(fd, layout, firstLine, lines, into);
+            images.push_back({layout.rgb32, [this, fd, &layout](int firstLine, int lines, unsigned char* into) {
+                                  return !m_stop && readBitmapRows(fd, layout, firstLine, lines, into);
                               }});
         }
         const MeanBatch batch{firstMean ? nullptr : input.mean.constBits(), input.remainder, mean.bits(),
@@ -216,6 +220,8 @@ bool SeriesFileLoader::runBatch(int first, Input& input, Step& step) const
         const int failed = applyMeanBatch(batch, images, width, height);
         if (failed < 0)
             break;
+        if (m_stop)
+            return false;
         files.resize(size_t(failed));
         layouts.resize(size_t(failed));
     }

@@ -9,6 +9,7 @@
 #include <QStringList>
 #include <QVector>
 
+#include <atomic>
 #include <chrono>
 #include <cstdlib>
 #include <future>
@@ -38,7 +39,7 @@ public:
     SeriesFileLoader(const SeriesFileLoader&) = delete;
     SeriesFileLoader& operator=(const SeriesFileLoader&) = delete;
 
-    bool atEnd() const { return !m_step.valid() && m_next >= m_paths.size(); }
+    bool atEnd() const { return !m_step.valid() && (m_stop || m_next >= m_paths.size()); }
     // Files offered by the steps finished so far.
     int offered() const { return m_next; }
     // Starts the next step from the series as it stands.
@@ -51,6 +52,9 @@ public:
     // Waits for the step and drops it, and what the series lent it: for a
     // series emptied meanwhile.
     void abandon();
+    // Ends the loading: a batch under way stops within a tile and offers no
+    // file, and no step follows. Safe from any thread.
+    void stop() { m_stop = true; }
 
 private:
     struct FreeBytes {
@@ -85,6 +89,7 @@ private:
     int m_maxBatchFiles;
     int m_next = 0;
     std::future<Step> m_step;
+    std::atomic<bool> m_stop{false};
     Bytes m_lent; // the series' remainder while a step reads it
     size_t m_lentSize = 0;
     QImage m_spareMean;

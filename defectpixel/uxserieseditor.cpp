@@ -135,6 +135,9 @@ void UXCSeriesEditor::addChosenFiles(int kind)
         loader.start(*m_panel.geometry, params, mean);
         while (!stopped() && !loader.waitForStep(kReadPoll))
             keepWindowAlive();
+        // Cancel drops the step under way: the files of the steps before stay.
+        if (stopped())
+            loader.stop();
         // The reset emptied the series: what the step read has no place left.
         if (*m_panel.resets != resets) {
             loader.abandon();

@@ -91,7 +91,7 @@ private slots:
     void straightReadAccumulatesAsImageReader_data();
     void straightReadAccumulatesAsImageReader();
     void loaderKeepsOrderAndReasons();
-    void seriesEmptiedDuringStep();
+    void seriesEmptiedOrStoppedDuringStep();
     void frameBitmapIsTheImageWritersFile();
 
 private:
@@ -226,8 +226,8 @@ void TestBitmapFile::loaderKeepsOrderAndReasons()
 }
 
 // A reset empties the series while a step reads its remainder: the step keeps
-// the remainder it borrowed alive until it is dropped.
-void TestBitmapFile::seriesEmptiedDuringStep()
+// the remainder it borrowed alive until it is dropped. Cancel stops the loader.
+void TestBitmapFile::seriesEmptiedOrStoppedDuringStep()
 {
     QStringList paths;
     for (int i = 0; i < 4; ++i)
@@ -245,6 +245,18 @@ void TestBitmapFile::seriesEmptiedDuringStep()
     QVERIFY(loader.atEnd());
     QCOMPARE(series.params.count, 0u);
     QVERIFY(!series.params.remainder);
+
+    // Stopped, a loader offers nothing more and hands the remainder back.
+    SeriesFileLoader first(paths.mid(0, 2), BrightSeries), rest(paths.mid(2), BrightSeries);
+    first.start(series.geometry, series.params, series.mean);
+    first.finish(series.geometry, series.params, series.mean);
+    const QByteArray remainder(reinterpret_cast<const char*>(series.params.remainder), 512 * 512);
+    rest.stop();
+    rest.start(series.geometry, series.params, series.mean);
+    QVERIFY(rest.finish(series.geometry, series.params, series.mean).isEmpty());
+    QVERIFY(rest.atEnd());
+    QCOMPARE(series.params.count, 2u);
+    QCOMPARE(QByteArray(reinterpret_cast<const char*>(series.params.remainder), 512 * 512), remainder);
 }
 
 // The image writer's file byte for byte, its row padding set to zeros (it
