@@ -31,7 +31,8 @@ struct OfferedFile {
 // multiple of 4, and any file when memory for a batch is short.
 // Between start and finish the worker reads the series' mean and its
 // remainder, which it borrows: the calling thread leaves the series alone until
-// then, unless it empties it, and then calls abandon instead of finish.
+// then, unless it empties it, and then calls abandon instead of finish. Every
+// step started is finished or abandoned: only they hand the remainder back.
 class SeriesFileLoader {
 public:
     SeriesFileLoader(const QStringList& paths, int kind, int maxBatchFiles = int(kMaxBatchCount));
