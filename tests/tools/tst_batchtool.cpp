@@ -244,12 +244,17 @@ void TestBatchTool::simCaptureWritesSeriesOrRefuses()
                 QVERIFY(std::max({qRed(rgb), qGreen(rgb), qBlue(rgb)}) > 30);
         }
     }
+    // The last without ZEB_SIM_CAMERAS: the tool then opens its built-in set itself.
     const QString out = m_dir.filePath("refused"), errors = m_dir.filePath("refused.txt");
+    const QStringList withoutSet{"env", "-u", "ZEB_SIM_CAMERAS"};
     for (const QStringList& bad : {QStringList{"--dark", "1"}, QStringList{"--camera", "nope", "--dark", "1"},
-                                   QStringList{"--camera", "TB2000005", "--dark", "1"}, // held elsewhere
-                                   QStringList{"--camera", kMonoFile, "--dark", "many"}}) {
-        QVERIFY(toolExit(shell(toolLine(ZEB_SIM_CAPTURE, bad + QStringList{"--out", out}), "2> '" + errors + "'")) > 0);
+                                   QStringList{"--camera", kMonoFile, "--dark", "many"},
+                                   QStringList{"--camera", "TB2000005", "--dark", "1"}}) { // held elsewhere
+        const QStringList line = toolLine(ZEB_SIM_CAPTURE, bad + QStringList{"--out", out});
+        const bool held = bad.contains("TB2000005");
+        QVERIFY(toolExit(shell(held ? withoutSet + line : line, "2> '" + errors + "'")) > 0);
         QVERIFY(!fileBytes(errors).isEmpty());
+        QVERIFY(!held || fileBytes(errors).contains("cannot be opened"));
         QVERIFY(!QFile::exists(out + "/dark_000.bmp"));
     }
 }
