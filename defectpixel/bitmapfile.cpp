@@ -24,6 +24,8 @@ constexpr int kHeaderBytes = kFileHeaderSize + kInfoHeaderPrefix + 4; // + compr
 constexpr int kInfoHeaderSize = 40;
 constexpr int kFullHeaderBytes = kFileHeaderSize + kInfoHeaderSize;
 constexpr quint32 kCompressionNone = 0;
+constexpr quint32 kCompressionRle8 = 1;
+constexpr quint32 kCompressionRle4 = 2;
 constexpr quint32 kCompressionBitFields = 3;
 // Larger images go through the image reader, which has its own limits.
 constexpr qint64 kMaxDirectPixels = qint64(16384) * 16384;
@@ -52,6 +54,19 @@ qint64 promisedBitmapSize(const QByteArray& header)
     if (rowBytes > 0 && height > (std::numeric_limits<qint64>::max() - dataOffset) / rowBytes)
         return std::numeric_limits<qint64>::max();
     return qint64(dataOffset) + rowBytes * height;
+}
+
+// A run-length bitmap whose pixel data would start at or past the end of the
+// file: the reader would return an image of which it wrote nothing.
+bool runLengthDataMissing(const QByteArray& header, qint64 fileSize)
+{
+    if (header.size() < kHeaderBytes || !header.startsWith("BM"))
+        return false;
+    const auto* bytes = reinterpret_cast<const uchar*>(header.constData());
+    const quint32 compression = qFromLittleEndian<quint32>(bytes + 30);
+    return qFromLittleEndian<quint32>(bytes + 14) >= kInfoHeaderSize
+           && (compression == kCompressionRle8 || compression == kCompressionRle4)
+           && qint64(qFromLittleEndian<quint32>(bytes + 10)) >= fileSize;
 }
 
 int headerBitCount(const QByteArray& header)
@@ -193,8 +208,19 @@ ImageFile readImage(const QString& path, QImage&& spare)
         result.problem = ImageFileProblem::Unreadable;
         return result;
     }
+    if (runLengthDataMissing(header, file.size())) {
+        result.problem = ImageFileProblem::Truncated;
+        return result;
+    }
+    // The reader leaves pixels that a run-length bitmap skips or never reaches
+    // as it found the memory: on a canvas of zeros they are zeros every time.
     QImageReader reader(&file);
-    result.image = reader.read();
+    QImage canvas(reader.size(), reader.imageFormat());
+    if (!canvas.isNull())
+        canvas.fill(0);
+    if (!reader.read(&canvas))
+        canvas = QImage();
+    result.image = canvas;
     if (result.image.isNull())
         result.problem = ImageFileProblem::Unreadable;
     return result;

@@ -92,6 +92,7 @@ private slots:
     void straightReadAccumulatesAsImageReader();
     void loaderKeepsOrderAndReasons();
     void seriesEmptiedOrStoppedDuringStep();
+    void runLengthGapsReadAsZeros();
     void frameBitmapIsTheImageWritersFile();
 
 private:
@@ -257,6 +258,27 @@ void TestBitmapFile::seriesEmptiedOrStoppedDuringStep()
     QVERIFY(rest.atEnd());
     QCOMPARE(series.params.count, 2u);
     QCOMPARE(QByteArray(reinterpret_cast<const char*>(series.params.remainder), 512 * 512), remainder);
+}
+
+// A run-length bitmap whose runs end early reads the same every time, the
+// pixels never reached as zeros; one whose data lies past its end is cut short.
+void TestBitmapFile::runLengthGapsReadAsZeros()
+{
+    QByteArray bytes = bitmapBytes(20, 10, 8, false, 0, 0, 50);
+    auto* b = reinterpret_cast<uchar*>(bytes.data());
+    qToLittleEndian<quint32>(1, b + 30); // 8-bit runs
+    const int dataOffset = int(qFromLittleEndian<quint32>(b + 10));
+    const QString path = write("runs.bmp", bytes.left(dataOffset) + QByteArray::fromHex("1407") + QByteArray::fromHex("0001"));
+    const ImageFile file = readImage(path);
+    QCOMPARE(file.image.size(), QSize(20, 10));
+    QCOMPARE(file.image.pixelIndex(5, 9), 7);
+    QCOMPARE(file.image.pixelIndex(5, 0), 0);
+    QCOMPARE(readImage(path).image, file.image);
+
+    const ImageFile past = readImage(write("past.bmp", bytes.left(dataOffset)));
+    QVERIFY(past.image.isNull());
+    QCOMPARE(refusalReason(past, SeriesChange::NullImage, ImageGeometry()),
+             QString("The file is truncated: its pixel data is cut short."));
 }
 
 // The image writer's file byte for byte, its row padding set to zeros (it
