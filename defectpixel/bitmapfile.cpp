@@ -30,50 +30,67 @@ constexpr quint32 kCompressionBitFields = 3;
 // Larger images go through the image reader, which has its own limits.
 constexpr qint64 kMaxDirectPixels = qint64(16384) * 16384;
 
-// Bytes the header promises for an uncompressed bitmap, 0 when it promises no
-// fixed size (compressed data, an older header, not a bitmap).
-qint64 promisedBitmapSize(const QByteArray& header)
+// The fields of a bitmap header as the image reader takes them: those of the
+// Windows headers it knows, and the 16-bit ones of the old 12-byte header for a
+// header of any other size.
+struct HeaderFields {
+    qint64 dataOffset = 0;
+    qint64 width = 0;
+    qint64 height = 0; // rows, whichever way they run
+    int bitCount = 0;
+    quint32 compression = kCompressionNone;
+};
+
+bool headerFields(const QByteArray& header, HeaderFields& fields)
 {
     if (header.size() < kHeaderBytes || !header.startsWith("BM"))
-        return 0;
+        return false;
     const auto* bytes = reinterpret_cast<const uchar*>(header.constData());
-    const quint32 dataOffset = qFromLittleEndian<quint32>(bytes + 10);
     const quint32 infoSize = qFromLittleEndian<quint32>(bytes + 14);
-    if (infoSize < 40)
+    fields.dataOffset = qFromLittleEndian<quint32>(bytes + 10);
+    if (infoSize == 40 || infoSize == 52 || infoSize == 56 || infoSize == 64 || infoSize == 108 || infoSize == 124) {
+        fields.width = qFromLittleEndian<qint32>(bytes + 18);
+        fields.height = std::llabs(qFromLittleEndian<qint32>(bytes + 22));
+        fields.bitCount = qFromLittleEndian<quint16>(bytes + 28);
+        fields.compression = qFromLittleEndian<quint32>(bytes + 30);
+    } else {
+        fields.width = qFromLittleEndian<qint16>(bytes + 18);
+        fields.height = std::llabs(qFromLittleEndian<qint16>(bytes + 20));
+        fields.bitCount = qFromLittleEndian<quint16>(bytes + 24);
+    }
+    return true;
+}
+
+// Bytes the header promises for an uncompressed bitmap, 0 when it promises no
+// fixed size (compressed data, not a bitmap).
+qint64 promisedBitmapSize(const QByteArray& header)
+{
+    HeaderFields fields;
+    if (!headerFields(header, fields) || fields.width <= 0)
         return 0;
-    const qint64 width = qFromLittleEndian<qint32>(bytes + 18);
-    const qint64 height = std::llabs(qFromLittleEndian<qint32>(bytes + 22));
-    const quint16 bitCount = qFromLittleEndian<quint16>(bytes + 28);
-    const quint32 compression = qFromLittleEndian<quint32>(bytes + 30);
-    if (compression != kCompressionNone && compression != kCompressionBitFields)
+    if (fields.compression != kCompressionNone && fields.compression != kCompressionBitFields)
         return 0;
-    if (width <= 0)
-        return 0;
-    const qint64 rowBytes = (width * bitCount + 31) / 32 * 4;
+    const qint64 rowBytes = (fields.width * fields.bitCount + 31) / 32 * 4;
     // A header may promise more than any file can hold; the sum must not wrap.
-    if (rowBytes > 0 && height > (std::numeric_limits<qint64>::max() - dataOffset) / rowBytes)
+    if (rowBytes > 0 && fields.height > (std::numeric_limits<qint64>::max() - fields.dataOffset) / rowBytes)
         return std::numeric_limits<qint64>::max();
-    return qint64(dataOffset) + rowBytes * height;
+    return fields.dataOffset + rowBytes * fields.height;
 }
 
 // A run-length bitmap whose pixel data would start at or past the end of the
 // file: the reader would return an image of which it wrote nothing.
 bool runLengthDataMissing(const QByteArray& header, qint64 fileSize)
 {
-    if (header.size() < kHeaderBytes || !header.startsWith("BM"))
-        return false;
-    const auto* bytes = reinterpret_cast<const uchar*>(header.constData());
-    const quint32 compression = qFromLittleEndian<quint32>(bytes + 30);
-    return qFromLittleEndian<quint32>(bytes + 14) >= kInfoHeaderSize
-           && (compression == kCompressionRle8 || compression == kCompressionRle4)
-           && qint64(qFromLittleEndian<quint32>(bytes + 10)) >= fileSize;
+    HeaderFields fields;
+    return headerFields(header, fields)
+           && (fields.compression == kCompressionRle8 || fields.compression == kCompressionRle4)
+           && fields.dataOffset >= fileSize;
 }
 
 int headerBitCount(const QByteArray& header)
 {
-    if (header.size() < 30 || !header.startsWith("BM"))
-        return 0;
-    return qFromLittleEndian<quint16>(reinterpret_cast<const uchar*>(header.constData()) + 28);
+    HeaderFields fields;
+    return headerFields(header, fields) ? fields.bitCount : 0;
 }
 
 // The layout of a plain bitmap, with its colour table entries; false when the
@@ -215,7 +232,9 @@ ImageFile readImage(const QString& path, QImage&& spare)
     // The reader leaves pixels that a run-length bitmap skips or never reaches
     // as it found the memory: on a canvas of zeros they are zeros every time.
     QImageReader reader(&file);
-    QImage canvas(reader.size(), reader.imageFormat());
+    // A top-down bitmap tells its height negative.
+    const QSize size = reader.size();
+    QImage canvas(size.width(), std::abs(size.height()), reader.imageFormat());
     if (!canvas.isNull())
         canvas.fill(0);
     if (!reader.read(&canvas))

@@ -27,12 +27,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     if (image.isNull())
         return 0;
     FUZZ_CHECK(image.width() > 0 && image.height() > 0);
-    // An uncompressed bitmap that was accepted holds every row its header promises.
+    // An uncompressed bitmap that was accepted holds every row its header
+    // promises, whether the header is a Windows one or the old 12-byte one.
     if (size >= 34 && data[0] == 'B' && data[1] == 'M') {
         const quint32 infoSize = qFromLittleEndian<quint32>(data + 14);
-        const quint32 compression = qFromLittleEndian<quint32>(data + 30);
-        const quint16 bitCount = qFromLittleEndian<quint16>(data + 28);
-        if (infoSize >= 40 && compression == 0) {
+        const bool windows = infoSize == 40 || infoSize == 108 || infoSize == 124;
+        const bool old = infoSize == 12;
+        const quint16 bitCount = qFromLittleEndian<quint16>(data + (windows ? 28 : 24));
+        if ((windows && qFromLittleEndian<quint32>(data + 30) == 0) || old) {
             const qint64 rowBytes = (qint64(image.width()) * bitCount + 31) / 32 * 4;
             FUZZ_CHECK(qint64(qFromLittleEndian<quint32>(data + 10)) + rowBytes * image.height() <= qint64(size));
         }

@@ -260,8 +260,9 @@ void TestBitmapFile::seriesEmptiedOrStoppedDuringStep()
     QCOMPARE(QByteArray(reinterpret_cast<const char*>(series.params.remainder), 512 * 512), remainder);
 }
 
-// A run-length bitmap whose runs end early reads the same every time, the
-// pixels never reached as zeros; one whose data lies past its end is cut short.
+// Bitmaps that only the image reader takes: a run-length one whose runs end
+// early reads the same every time, the pixels never reached as zeros; one whose
+// data lies past its end, and an old-header one a row short, are cut short.
 void TestBitmapFile::runLengthGapsReadAsZeros()
 {
     QByteArray bytes = bitmapBytes(20, 10, 8, false, 0, 0, 50);
@@ -279,6 +280,18 @@ void TestBitmapFile::runLengthGapsReadAsZeros()
     QVERIFY(past.image.isNull());
     QCOMPARE(refusalReason(past, SeriesChange::NullImage, ImageGeometry()),
              QString("The file is truncated: its pixel data is cut short."));
+
+    // The old 12-byte header keeps its sizes in 16 bits; the reader takes any
+    // header of a size it does not know for one. Whole, the image is read; a
+    // row short, the file is cut short.
+    const QByteArray old = QByteArray::fromHex("424d" "00000000" "00000000" "1a000000" // file header, data at 26
+                                               "0c000000" "0400" "0200" "0100" "1800")   // 4 x 2, 24-bit
+                           + QByteArray(24, '\x40');
+    QCOMPARE(readImage(write("old.bmp", old)).image.size(), QSize(4, 2));
+    const ImageFile oldCut = readImage(write("oldcut.bmp", old.left(old.size() - 12)));
+    QVERIFY(oldCut.image.isNull());
+    QCOMPARE(oldCut.problem, ImageFileProblem::Truncated);
+    QCOMPARE(oldCut.bitCount, 24);
 }
 
 // The image writer's file byte for byte, its row padding set to zeros (it
