@@ -77,14 +77,36 @@ qint64 promisedBitmapSize(const QByteArray& header)
     return fields.dataOffset + rowBytes * fields.height;
 }
 
-// A run-length bitmap whose pixel data would start at or past the end of the
-// file: the reader would return an image of which it wrote nothing.
-bool runLengthDataMissing(const QByteArray& header, qint64 fileSize)
+// A run-length bitmap whose codes stop in the middle of one: the image reader
+// would take the missing bytes from memory it never wrote, a different image on
+// every read. Data that ends between codes leaves the rest of the image alone.
+bool runLengthCutShort(QFile& file, const QByteArray& header)
 {
     HeaderFields fields;
-    return headerFields(header, fields)
-           && (fields.compression == kCompressionRle8 || fields.compression == kCompressionRle4)
-           && fields.dataOffset >= fileSize;
+    if (!headerFields(header, fields)
+        || (fields.compression != kCompressionRle8 && fields.compression != kCompressionRle4))
+        return false;
+    if (fields.dataOffset >= file.size() || !file.seek(fields.dataOffset))
+        return true;
+    const QByteArray data = file.readAll();
+    const auto* codes = reinterpret_cast<const uchar*>(data.constData());
+    const qint64 size = data.size();
+    for (qint64 at = 0; at < size;) {
+        if (at + 2 > size)
+            return true;
+        const uchar count = codes[at], value = codes[at + 1];
+        at += 2;
+        if (count > 0 || value == 0)
+            continue; // a run of one value, or the end of a line
+        if (value == 1)
+            return false; // the end of the image
+        // A move by (dx, dy), or value pixels written out, padded to an even length.
+        const qint64 bytes = value == 2 ? 2 : fields.compression == kCompressionRle8 ? value : (value + 1) / 2;
+        if (at + bytes > size)
+            return true;
+        at += bytes + (value == 2 ? 0 : bytes % 2);
+    }
+    return false;
 }
 
 int headerBitCount(const QByteArray& header)
@@ -221,12 +243,12 @@ ImageFile readImage(const QString& path, QImage&& spare)
     }
     if (readDirect(file, header, result.image, std::move(spare)))
         return result;
-    if (!file.seek(0)) {
-        result.problem = ImageFileProblem::Unreadable;
+    if (runLengthCutShort(file, header)) {
+        result.problem = ImageFileProblem::Truncated;
         return result;
     }
-    if (runLengthDataMissing(header, file.size())) {
-        result.problem = ImageFileProblem::Truncated;
+    if (!file.seek(0)) {
+        result.problem = ImageFileProblem::Unreadable;
         return result;
     }
     // The reader leaves pixels that a run-length bitmap skips or never reaches

@@ -262,7 +262,8 @@ void TestBitmapFile::seriesEmptiedOrStoppedDuringStep()
 
 // Bitmaps that only the image reader takes: a run-length one whose runs end
 // early reads the same every time, the pixels never reached as zeros; one whose
-// data lies past its end, and an old-header one a row short, are cut short.
+// data lies past its end or stops inside a code, and an old-header one a row
+// short, are cut short.
 void TestBitmapFile::runLengthGapsReadAsZeros()
 {
     QByteArray bytes = bitmapBytes(20, 10, 8, false, 0, 0, 50);
@@ -280,6 +281,10 @@ void TestBitmapFile::runLengthGapsReadAsZeros()
     QVERIFY(past.image.isNull());
     QCOMPARE(refusalReason(past, SeriesChange::NullImage, ImageGeometry()),
              QString("The file is truncated: its pixel data is cut short."));
+    // A run's count without its value, and 5 pixels written out of which 4 came.
+    for (const char* codes : {"140714", "14070005010203"})
+        QCOMPARE(readImage(write("cut.bmp", bytes.left(dataOffset) + QByteArray::fromHex(codes))).problem,
+                 ImageFileProblem::Truncated);
 
     // The old 12-byte header keeps its sizes in 16 bits; the reader takes any
     // header of a size it does not know for one. Whole, the image is read; a
