@@ -261,6 +261,12 @@ ImageFile readImage(const QString& path, QImage&& spare)
         canvas.fill(0);
     if (!reader.read(&canvas))
         canvas = QImage();
+    // The bytes after a line's pixels count in a series of such a width; the
+    // reader may leave them as it found the memory.
+    if (canvas.format() == QImage::Format_Indexed8) {
+        for (int y = 0; y < canvas.height(); ++y)
+            std::fill(canvas.scanLine(y) + canvas.width(), canvas.scanLine(y) + canvas.bytesPerLine(), uchar(0));
+    }
     result.image = canvas;
     if (result.image.isNull())
         result.problem = ImageFileProblem::Unreadable;
